@@ -1,0 +1,117 @@
+#include "views/nick_list.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool KeyLess(QStringView a, QStringView b) { return a.compare(b, Qt::CaseInsensitive) < 0; }
+
+bool EntryLess(const NickEntry& a, const NickEntry& b) { return KeyLess(a.sortKey, b.sortKey); }
+
+QString SortKeyFor(NickRank rank, QStringView bare) {
+  switch (rank) {
+    case NickRank::Operator: return u'0' + bare.toString();
+    case NickRank::Voiced: return u'1' + bare.toString();
+    case NickRank::Plain: break;
+  }
+  return bare.toString();
+}
+
+}  // namespace
+
+QStringView NickList::Bare(QStringView nick) {
+  if (nick.startsWith(u'@') || nick.startsWith(u'+')) return nick.sliced(1);
+  return nick;
+}
+
+NickEntry NickList::MakeEntry(QStringView nick) {
+  NickEntry entry;
+  if (nick.startsWith(u'@'))
+    entry.rank = NickRank::Operator;
+  else if (nick.startsWith(u'+'))
+    entry.rank = NickRank::Voiced;
+  entry.shown = nick.toString();
+  entry.sortKey = SortKeyFor(entry.rank, Bare(nick));
+  return entry;
+}
+
+void NickList::Settle() const {
+  if (pending_.empty()) return;
+  std::stable_sort(pending_.begin(), pending_.end(), EntryLess);
+  const auto middle = static_cast<std::ptrdiff_t>(sorted_.size());
+  sorted_.insert(sorted_.end(), std::make_move_iterator(pending_.begin()),
+                 std::make_move_iterator(pending_.end()));
+  pending_.clear();
+  std::inplace_merge(sorted_.begin(), sorted_.begin() + middle, sorted_.end(), EntryLess);
+}
+
+int NickList::LowerBound(QStringView sortKey) const {
+  auto it = std::lower_bound(sorted_.begin(), sorted_.end(), sortKey,
+                             [](const NickEntry& e, QStringView key) { return KeyLess(e.sortKey, key); });
+  return static_cast<int>(it - sorted_.begin());
+}
+
+int NickList::FindInSorted(QStringView sortKey) const {
+  const int at = LowerBound(sortKey);
+  if (at < Count() && sorted_[at].sortKey.compare(sortKey, Qt::CaseInsensitive) == 0) return at;
+  return -1;
+}
+
+// The rank is not known from the nick alone, so each group is searched in turn.
+int NickList::Find(QStringView nick) const {
+  Settle();
+  const QStringView bare = Bare(nick);
+  for (NickRank rank : {NickRank::Operator, NickRank::Voiced, NickRank::Plain}) {
+    const int at = FindInSorted(SortKeyFor(rank, bare));
+    if (at >= 0 && sorted_[at].rank == rank) return at;
+  }
+  return -1;
+}
+
+bool NickList::Add(QStringView nick) {
+  if (Find(nick) >= 0) return false;
+  NickEntry entry = MakeEntry(nick);
+  auto at = std::upper_bound(sorted_.begin(), sorted_.end(), entry, EntryLess);
+  sorted_.insert(at, std::move(entry));
+  return true;
+}
+
+void NickList::AddUnchecked(QStringView nick) { pending_.push_back(MakeEntry(nick)); }
+
+bool NickList::Remove(QStringView nick) {
+  const int at = Find(nick);
+  if (at < 0) return false;
+  sorted_.erase(sorted_.begin() + at);
+  return true;
+}
+
+bool NickList::Rename(QStringView oldNick, QStringView newNick) {
+  const int at = Find(oldNick);
+  if (at < 0) return false;
+  const NickEntry old = sorted_[at];
+  sorted_.erase(sorted_.begin() + at);
+  const QString prefix = old.rank == NickRank::Operator ? u"@"_s
+                         : old.rank == NickRank::Voiced ? u"+"_s
+                                                         : QString();
+  NickEntry entry = MakeEntry(prefix + Bare(newNick).toString());
+  auto where = std::upper_bound(sorted_.begin(), sorted_.end(), entry, EntryLess);
+  sorted_.insert(where, std::move(entry));
+  return true;
+}
+
+void NickList::Clear() {
+  sorted_.clear();
+  pending_.clear();
+}
+
+int NickList::Count() const {
+  Settle();
+  return static_cast<int>(sorted_.size());
+}
+
+const NickEntry& NickList::At(int position) const {
+  Settle();
+  return sorted_.at(static_cast<size_t>(position));
+}

@@ -1,0 +1,48 @@
+#pragma once
+// The nick list of one channel, kept in display order: operators, then voiced users,
+// then everybody else, each group alphabetical without regard to case.
+//
+// A single join is inserted in place by binary search. A names burst can bring tens of
+// thousands of nicks; those are appended unsorted and put in order once, on the next
+// look at the list, so the burst costs O(n log n) instead of O(n^2).
+
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+enum class NickRank : quint8 { Plain = 0, Voiced = 1, Operator = 2 };
+
+struct NickEntry {
+  NickRank rank = NickRank::Plain;
+  QString shown;    // as received, "@" or "+" included
+  QString sortKey;  // "0" + nick for operators, "1" + nick for voiced, the nick otherwise
+};
+
+class NickList {
+ public:
+  // Position of the nick (a leading "@" or "+" ignored on either side, case-insensitive);
+  // -1 if absent.
+  int Find(QStringView nick) const;
+  // Adds the nick unless it is there already; returns whether it was added.
+  bool Add(QStringView nick);
+  // Adds without looking for a duplicate (the names reply); ordered on the next look.
+  void AddUnchecked(QStringView nick);
+  bool Remove(QStringView nick);
+  // Keeps the old entry's "@"/"+" in front of the new nick; false when absent.
+  bool Rename(QStringView oldNick, QStringView newNick);
+  void Clear();
+
+  int Count() const;
+  const NickEntry& At(int position) const;
+
+  static NickEntry MakeEntry(QStringView nick);
+  static QStringView Bare(QStringView nick);
+
+ private:
+  void Settle() const;
+  int LowerBound(QStringView sortKey) const;
+  int FindInSorted(QStringView sortKey) const;
+
+  mutable std::vector<NickEntry> sorted_;
+  mutable std::vector<NickEntry> pending_;
+};
