@@ -1,0 +1,26 @@
+#include "app/client_context.h"
+
+#include "settings/settings_store.h"
+#include "views/output_path.h"
+
+using namespace Qt::StringLiterals;
+
+ClientContext::ClientContext(SettingsStore& store, Shell& userShell)
+    : settings(store), shell(userShell), tabs(store) {}
+
+void ClientContext::ReportSocketError(int winsockError) {
+  PrintStatus(u"* ["_s + QString::number(winsockError) + u"] Software caused connection abort"_s,
+              LineStyle::Info);
+  session.connected = false;
+}
+
+void ClientContext::SendToServer(QStringView line) {
+  if (session.serverSocket == kNoSocket) return;
+  SendLineIfAny(session.serverSocket, line, *this);
+}
+
+void ClientContext::PrintStatus(QStringView text, LineStyle style) {
+  PrintToTab(tabs, 0, text, Colour(style));
+}
+
+quint32 ClientContext::Colour(LineStyle style) const { return StyleColour(settings, style); }

@@ -1,0 +1,41 @@
+#pragma once
+// The program's state in one object, owned by the main window (or the headless front
+// end) and passed explicitly: the settings, the tabs, the session, and the pending-request
+// flags the handlers share. Tests build as many as they like.
+
+#include "app/shell.h"
+#include "net/session.h"
+#include "net/socket_transport.h"
+#include "views/line_style.h"
+#include "views/tab_bar.h"
+
+#include <QString>
+
+class SettingsStore;
+
+class ClientContext : public SocketErrorSink {
+ public:
+  ClientContext(SettingsStore& settings, Shell& shell);
+
+  SettingsStore& settings;
+  Shell& shell;
+  TabBar tabs;
+  Session session;
+
+  // Shared by the channel, numeric and pop-up menu handlers.
+  QString actionChannel;     // the channel whose names reply fills its nick list
+  bool userhostRequested = false;
+  bool isonRequested = false;
+  QString pendingKickLine;   // sent once the ban of a ban-kick is set
+  bool optionsDialogOpen = false;
+  bool dccOfferBusy = false;
+
+  // "* [N] Software caused connection abort" on Status in the Info colour; the connection
+  // then ends on the next tick.
+  void ReportSocketError(int winsockError) override;
+  // Sends one line to the server (nothing when it is empty or there is no connection).
+  void SendToServer(QStringView line);
+  // Writes a line on Status (position 0) in the style's colour.
+  void PrintStatus(QStringView text, LineStyle style);
+  quint32 Colour(LineStyle style) const;
+};

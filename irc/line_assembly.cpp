@@ -1,0 +1,76 @@
+#include "irc/line_assembly.h"
+
+#include "app/client_context.h"
+#include "irc/dispatch.h"
+#include "irc/registration.h"
+#include "irc/server_message.h"
+
+#include <utility>
+
+namespace {
+
+// No server sends lines anywhere near this long; a tail that grows past it is a broken
+// or hostile peer, and keeping it would let the buffer grow without bound.
+constexpr qsizetype kMaxIncompleteLine = 16 * 1024;
+
+// A kept tail never holds an LF (it is cut there), so a buffer holding exactly one LF
+// cannot be a tail: it marks "skipping the rest of an over-long line up to its LF".
+// Connecting empties the buffer, which ends the skipping too.
+constexpr QByteArrayView kSkippingMark = "\n";
+
+// Decoding happens per complete line, so a character split across two reads is whole
+// again here. A line that is not valid UTF-8 comes from an older client in an 8-bit
+// code page; Latin-1 shows it readably instead of as replacement characters.
+QString DecodeLine(QByteArrayView bytes) {
+  return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes);
+}
+
+void HandleLine(ClientContext& ctx, QByteArrayView bytes) {
+  if (bytes.endsWith('\r')) bytes.chop(1);
+  QString line = DecodeLine(bytes);
+  TrimTrailingBlanks(line);
+  const ServerMessage message = ParseServerLine(line, ctx.session.serverHost);
+  if (!message.target.isEmpty() && message.target != u"*") RegistrationGate(ctx, message);
+  DispatchServerMessage(ctx, message);
+}
+
+// Keeps the incomplete tail for the next read. When it grows past the bound, the whole
+// line is dropped: what was kept, and everything that still arrives up to its LF.
+void KeepIncomplete(QByteArray& pending, QByteArrayView tail) {
+  if (tail.isEmpty() || pending == kSkippingMark) return;
+  if (pending.size() + tail.size() > kMaxIncompleteLine) {
+    pending = kSkippingMark.toByteArray();
+    return;
+  }
+  pending.append(tail);
+}
+
+// Completes the line waiting from earlier reads with the head of `bytes` and handles it;
+// returns the bytes behind it. Only the short waiting line is copied: the read's own
+// bytes are cut where they lie.
+QByteArrayView FinishPendingLine(ClientContext& ctx, QByteArrayView bytes) {
+  QByteArray& pending = ctx.session.receiveBuffer;
+  if (pending.isEmpty()) return bytes;
+  const qsizetype lf = bytes.indexOf('\n');
+  if (lf < 0) {
+    KeepIncomplete(pending, bytes);
+    return {};
+  }
+  QByteArray line = std::exchange(pending, QByteArray());
+  if (line != kSkippingMark) {
+    line.append(bytes.first(lf));
+    HandleLine(ctx, line);
+  }
+  return bytes.sliced(lf + 1);
+}
+
+}  // namespace
+
+void SplitAndDispatch(ClientContext& ctx, QByteArrayView newBytes) {
+  QByteArrayView bytes = FinishPendingLine(ctx, newBytes);
+  for (qsizetype lf = bytes.indexOf('\n'); lf >= 0; lf = bytes.indexOf('\n')) {
+    HandleLine(ctx, bytes.first(lf));
+    bytes = bytes.sliced(lf + 1);
+  }
+  KeepIncomplete(ctx.session.receiveBuffer, bytes);
+}
