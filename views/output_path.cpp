@@ -6,6 +6,8 @@
 #include "views/tab_bar.h"
 #include "views/time_format.h"
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -36,16 +38,19 @@ qsizetype PrintToTab(TabBar& bar, int position, QStringView text, quint32 colour
   if (!tab) return 0;
 
   const SettingsStore& settings = bar.Settings();
-  const QDateTime now = bar.Now();
+  // Reading the clock costs more than the rest of a line, so only when it is needed.
+  std::optional<QDateTime> now;
   QString line;
-  if (settings.GetDword(u"tstamps") != 0)
-    line = TimeStamp(now.time());
+  if (settings.GetDword(u"tstamps") != 0) {
+    now = bar.Now();
+    line = TimeStamp(now->time());
+  }
   line += text;
 
   const qsizetype rows = tab->lines->Append(line, colour);
   bar.NotifyLinesAppended(position);
   const QString base = LogBase(settings, *tab);
-  if (!base.isEmpty()) AppendLogLine(settings, base, line, now.date());
+  if (!base.isEmpty()) AppendLogLine(settings, base, line, (now ? *now : bar.Now()).date());
 
   if (position != bar.Current()) {
     if (BalloonSwitchOn(static_cast<quint32>(settings.GetDword(u"TabSets")), tab->kind))

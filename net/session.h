@@ -1,0 +1,19 @@
+#pragma once
+// The one connection to an IRC server and its state.
+
+#include "net/socket_transport.h"
+
+#include <QByteArray>
+#include <QString>
+
+struct Session {
+  int serverSocket = kNoSocket;
+  int identdSocket = kNoSocket;  // the accepted ident query, handed over by the identd thread
+  bool connected = false;        // registration sent; cleared by any socket error
+  bool userQuit = false;         // the user ended it: no automatic reconnect, once
+  QString requestedNick;         // sent in NICK; emptied when the server accepts a nick
+  QString currentNick;           // the server's idea of our nick; empty until registered
+  QByteArray receiveBuffer;      // bytes of an incomplete line
+  int notifyTicks = 0;           // seconds since the last notify poll
+  QString serverHost;            // the selected server, the prefix of lines without one
+};

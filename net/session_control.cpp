@@ -1,0 +1,243 @@
+#include "net/session_control.h"
+
+#include "app/client_context.h"
+#include "irc/line_assembly.h"
+#include "net/identd.h"
+#include "net/server_list.h"
+#include "net/socket_errors.h"
+#include "settings/settings_flags.h"
+#include "settings/settings_store.h"
+#include "views/output_path.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QSocketNotifier>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kNoServerText = "Select the IRC server first!~";
+constexpr auto kUserOptionsText = "First fill in the user options!";
+constexpr int kNotifyEvery = 20;  // the poll goes out when the count passes this: every 21 ticks
+
+}  // namespace
+
+SessionControl::SessionControl(ClientContext& ctx, QObject* parent) : QObject(parent), ctx_(ctx) {
+  pollTimer_.setInterval(1000);
+  reconnectTimer_.setInterval(5000);
+  connect(&pollTimer_, &QTimer::timeout, this, &SessionControl::PollTick);
+  connect(&reconnectTimer_, &QTimer::timeout, this, &SessionControl::ReconnectTick);
+}
+
+SessionControl::~SessionControl() {
+  StopWatching();
+  CloseSocketQuietly(ctx_.session.serverSocket);
+  CloseSocketQuietly(ctx_.session.identdSocket);
+  ctx_.session.serverSocket = ctx_.session.identdSocket = kNoSocket;
+}
+
+void SessionControl::ToggleConnection() {
+  if (ctx_.session.serverSocket != kNoSocket) {
+    RequestDisconnect();
+  } else if (connecting_) {
+    ++attempt_;  // the pending result will be thrown away
+    connecting_ = false;
+    ctx_.shell.SetBusy(false);
+    Disconnect();
+  } else if (reconnectTimer_.isActive()) {
+    reconnectTimer_.stop();
+    Disconnect();
+  } else {
+    Connect();
+  }
+}
+
+void SessionControl::RequestDisconnect() {
+  ctx_.session.connected = false;
+  ctx_.session.userQuit = true;
+}
+
+void SessionControl::Connect() {
+  if (connecting_) return;
+  Session& session = ctx_.session;
+  session.currentNick.clear();
+  session.receiveBuffer.clear();
+  if (!TestOption(ctx_.settings, kOptRejoinOnConnect) &&
+      !TestOption(ctx_.settings, kOptKeepChannelsOpen))
+    ctx_.tabs.CloseChannelTabs();
+
+  QByteArray host, password;
+  int port = -1;
+  if (!GetSelectedServer(ctx_.settings, host, password, port)) {
+    ctx_.shell.ShowMessage(u"Error!"_s, QString::fromLatin1(kNoServerText));
+    return;
+  }
+  session.serverHost = QString::fromUtf8(host);
+  ctx_.shell.ShowConnectionState(true);
+  if (TestOption(ctx_.settings, kOptIdentdEnable)) StartIdentd();  // listening before the server asks
+
+  connecting_ = true;
+  ctx_.shell.SetBusy(true);
+  const quint64 attempt = ++attempt_;
+  QPointer<SessionControl> self(this);
+  const QString hostText = session.serverHost, passwordText = QString::fromUtf8(password);
+  std::thread([self, attempt, host, port, hostText, passwordText, timeout = connectTimeout] {
+    const ConnectResult result = ConnectToServer(host, port, timeout);
+    // Posted to the application object, which outlives this control: a control that is
+    // gone by then is noticed on the main thread, where the pointer can be trusted.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [self, attempt, result, hostText, port, passwordText] {
+          if (!self || self->attempt_ != attempt) {
+            CloseSocketQuietly(result.socket);
+            return;
+          }
+          self->FinishConnect(result.socket, result.error, hostText, port, passwordText);
+        },
+        Qt::QueuedConnection);
+  }).detach();
+}
+
+void SessionControl::FinishConnect(int socket, int error, const QString& host, int port,
+                                   const QString& password) {
+  connecting_ = false;
+  ctx_.shell.SetBusy(false);
+  if (socket == kNoSocket) {
+    ctx_.shell.ShowConnectionState(false);
+    ctx_.ReportSocketError(error);
+    emit connectFinished(false);
+    return;
+  }
+  ctx_.session.serverSocket = socket;
+  if (!SendRegistration(host, port, password)) {
+    Disconnect();
+    AfterRegistrationFailure();
+    emit connectFinished(false);
+    return;
+  }
+  reconnectTimer_.stop();
+  pollTimer_.start();
+  ctx_.session.connected = true;
+  WatchSocket(socket);
+  emit connectFinished(true);
+}
+
+void SessionControl::AfterRegistrationFailure() {
+  if (TestOption(ctx_.settings, kOptReconnect)) {
+    if (!reconnectTimer_.isActive()) reconnectTimer_.start();
+  } else {
+    reconnectTimer_.stop();
+  }
+}
+
+bool SessionControl::SendRegistration(const QString& host, int port, const QString& password) {
+  Session& session = ctx_.session;
+  QString email, fullname;
+  session.requestedNick.clear();
+  ctx_.settings.GetString(u"nick", session.requestedNick, 120);
+  ctx_.settings.GetString(u"email", email, 240);
+  ctx_.settings.GetString(u"fullname", fullname, 500);
+  const qsizetype at = email.indexOf(u'@');
+  const QString user = at < 0 ? QString() : email.left(at);
+  const QString mailHost = at < 0 ? QString() : email.mid(at + 1);
+  if (session.requestedNick.isEmpty() || user.isEmpty() || mailHost.isEmpty() ||
+      fullname.isEmpty()) {
+    ctx_.shell.ShowMessage(u"Error!"_s, QString::fromLatin1(kUserOptionsText));
+    return false;
+  }
+  ctx_.PrintStatus(u"* Connecting to "_s + host + u" ("_s + QString::number(port) + u')',
+                   LineStyle::Info);
+  if (!password.isEmpty()) ctx_.SendToServer(u"PASS "_s + password);
+  ctx_.SendToServer(u"nick "_s + session.requestedNick);
+  ctx_.SendToServer(u"user "_s + user + u' ' + mailHost + u" tolv :"_s + fullname);
+  return true;
+}
+
+void SessionControl::Disconnect() {
+  ctx_.shell.ShowConnectionState(false);
+  StopWatching();
+  if (ctx_.session.serverSocket != kNoSocket) CloseSocket(ctx_.session.serverSocket, ctx_);
+  ctx_.session.serverSocket = kNoSocket;
+  if (ctx_.session.identdSocket != kNoSocket) CloseSocket(ctx_.session.identdSocket, ctx_);
+  ctx_.session.identdSocket = kNoSocket;
+  const quint32 colour = ctx_.Colour(LineStyle::Info);
+  for (int i = 0; i < ctx_.tabs.Count(); ++i)
+    if (IsIrcConversation(ctx_.tabs.At(i)->kind)) PrintToTab(ctx_.tabs, i, u"* Disconnected", colour);
+}
+
+void SessionControl::StartIdentd() {
+  QPointer<SessionControl> self(this);
+  ::StartIdentd(
+      this,
+      [self](int socket) {
+        if (!self) return CloseSocketQuietly(socket);
+        CloseSocketQuietly(self->ctx_.session.identdSocket);  // a newer query replaces it
+        self->ctx_.session.identdSocket = socket;
+      },
+      identdPort);
+}
+
+void SessionControl::PollTick() {
+  Session& session = ctx_.session;
+  if (session.identdSocket != kNoSocket)
+    ServeIdentd(session.identdSocket, ctx_.settings, ctx_,
+                [this](const QString& line) { ctx_.PrintStatus(line, LineStyle::Info); });
+  if (session.serverSocket == kNoSocket) return;
+  // The notify count only runs once the server has given us a nick.
+  if (session.connected && !session.currentNick.isEmpty() && ++session.notifyTicks > kNotifyEvery) {
+    session.notifyTicks = 0;
+    if (ctx_.settings.GetDword(u"en_notify") != 0 && !ctx_.isonRequested &&
+        !ctx_.optionsDialogOpen && sendNotifyPoll)
+      sendNotifyPoll();
+  }
+  ReadServer(10ms, 10ms);
+}
+
+// Reads what is waiting and, when the connection turns out to be over (peer closed, a
+// socket error, ERROR from the server, the user's disconnect), ends it.
+void SessionControl::ReadServer(std::chrono::microseconds firstWait,
+                                std::chrono::microseconds drainWait) {
+  Session& session = ctx_.session;
+  if (session.serverSocket == kNoSocket) return;
+  const int result =
+      PollSocket(session.serverSocket, ctx_,
+                 [this](QByteArrayView bytes) { SplitAndDispatch(ctx_, bytes); }, firstWait,
+                 drainWait);
+  if (session.connected && result != 0) return;
+  EndConnection();
+}
+
+void SessionControl::EndConnection() {
+  pollTimer_.stop();
+  Disconnect();
+  if (markNotifyOffline) markNotifyOffline();
+  emit connectionEnded();
+  if (ctx_.session.userQuit) {
+    ctx_.session.userQuit = false;
+    return;
+  }
+  if (!TestOption(ctx_.settings, kOptReconnect)) return;
+  Connect();  // at once: a dropped line should cost the user as little as possible
+}
+
+void SessionControl::ReconnectTick() {
+  reconnectTimer_.stop();
+  Connect();
+}
+
+void SessionControl::WatchSocket(int socket) {
+  StopWatching();
+  notifier_ = std::make_unique<QSocketNotifier>(socket, QSocketNotifier::Read);
+  connect(notifier_.get(), &QSocketNotifier::activated, this, [this] { ReadServer(0us, 0us); });
+}
+
+void SessionControl::StopWatching() {
+  if (!notifier_) return;
+  notifier_->setEnabled(false);
+  // This may run inside the notifier's own signal: let the event loop delete it.
+  notifier_.release()->deleteLater();
+}

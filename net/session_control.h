@@ -1,0 +1,74 @@
+#pragma once
+// Connecting, registering, polling and ending the server connection, with the two
+// timers that drive it: the one-second poll tick (identd, notify count, reading) and the
+// five-second retry after a registration that could not be sent.
+//
+// Resolving and connecting run on a worker thread with a time-out, so the window never
+// freezes; the server socket is read as soon as it is readable, and the tick still polls.
+
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+class ClientContext;
+class QSocketNotifier;
+
+class SessionControl : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit SessionControl(ClientContext& ctx, QObject* parent = nullptr);
+  ~SessionControl() override;
+
+  // The Connect/Disconnect command (40008).
+  void ToggleConnection();
+  // The connect sequence. The outcome arrives later on this thread (connectFinished).
+  void Connect();
+  // Ends the connection now: no QUIT line, "* Disconnected" in every conversation tab.
+  void Disconnect();
+  // The lines that register the client; false (after telling the user) when the user
+  // options are incomplete.
+  bool SendRegistration(const QString& host, int port, const QString& password);
+  // The user asked to disconnect (or typed /quit): the next tick ends the connection
+  // without reconnecting.
+  void RequestDisconnect();
+
+  // Timer handlers, public so that tests drive them directly.
+  void PollTick();
+  void ReconnectTick();
+
+  bool IsConnecting() const { return connecting_; }
+  bool PollTimerRunning() const { return pollTimer_.isActive(); }
+  bool ReconnectTimerRunning() const { return reconnectTimer_.isActive(); }
+
+  // Set by the notify list: the poll every 21 ticks and "everybody offline" at the end.
+  std::function<void()> sendNotifyPoll;
+  std::function<void()> markNotifyOffline;
+  // The identd port: 113 for the client; tests move it to run in parallel.
+  int identdPort = 113;
+  std::chrono::milliseconds connectTimeout{30000};
+
+ signals:
+  void connectFinished(bool registered);
+  void connectionEnded();
+
+ private:
+  void FinishConnect(int socket, int error, const QString& host, int port,
+                     const QString& password);
+  void ReadServer(std::chrono::microseconds firstWait, std::chrono::microseconds drainWait);
+  void EndConnection();
+  void WatchSocket(int socket);
+  void StopWatching();
+  void AfterRegistrationFailure();
+  void StartIdentd();
+
+  ClientContext& ctx_;
+  QTimer pollTimer_;
+  QTimer reconnectTimer_;
+  std::unique_ptr<QSocketNotifier> notifier_;
+  bool connecting_ = false;
+  quint64 attempt_ = 0;  // a late connect result of a cancelled attempt is discarded
+};
