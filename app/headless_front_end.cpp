@@ -1,0 +1,163 @@
+#include "app/headless_front_end.h"
+
+#include "commands/submit_input.h"
+#include "views/output_path.h"
+
+#include <QCoreApplication>
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QChar kEsc = QChar(0x1b);
+constexpr int kConnectCommand = 40008;
+
+void Notice(const QString& word, const QStringList& fields) {
+  WriteOutputLine(kEsc + word + u'\t' + fields.join(u'\t'));
+}
+
+}  // namespace
+
+// Takes one complete line off the front of `pending`; false when there is none.
+bool HeadlessShell::TakeLine(QByteArray& pending, QString& line) {
+  const qsizetype end = pending.indexOf('\n');
+  if (end < 0) return false;
+  QByteArray bytes = pending.left(end);
+  pending.remove(0, end + 1);
+  if (bytes.endsWith('\r')) bytes.chop(1);
+  line = QString::fromUtf8(bytes);
+  return true;
+}
+
+// Scripts read the output live, so every line is flushed at once.
+void WriteOutputLine(const QString& line) {
+  const QByteArray bytes = line.toUtf8() + '\n';
+  std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
+  std::fflush(stdout);
+}
+
+void HeadlessShell::ShowMessage(const QString& title, const QString& text) {
+  Notice(u"message"_s, {title, text});
+}
+
+bool HeadlessShell::AskYesNo(const QString& title, const QString& text) {
+  const std::optional<QString> answer = WaitForAnswer(title, text);
+  return answer && *answer == u"yes"_s;
+}
+
+std::optional<QString> HeadlessShell::AskText(const QString& title, const QString& label,
+                                              const QString&) {
+  const std::optional<QString> answer = WaitForAnswer(title, label);
+  if (!answer || !answer->startsWith(u"ok"_s)) return std::nullopt;
+  return answer->mid(3);
+}
+
+void HeadlessShell::PlaySound(const QString& file) { Notice(u"sound"_s, {file}); }
+
+void HeadlessShell::ShowConnectionState(bool connected) {
+  Notice(u"state"_s, {connected ? u"connected"_s : u"disconnected"_s});
+}
+
+QStringList HeadlessShell::TakeDeferredLines() { return std::exchange(deferred_, {}); }
+
+bool HeadlessShell::ReadLineBlocking(QByteArray& pending, QString& line) {
+  while (!TakeLine(pending, line)) {
+    char buffer[4096];
+    const ssize_t n = ::read(STDIN_FILENO, buffer, sizeof buffer);
+    if (n < 0 && (errno == EINTR || errno == EAGAIN)) {
+      if (errno == EAGAIN) ::usleep(1000);
+      continue;
+    }
+    if (n <= 0) return false;
+    pending.append(buffer, n);
+  }
+  return true;
+}
+
+// Questions are modal: the core waits here until the answer line comes. Anything else
+// read meanwhile is kept and handled after the answer.
+std::optional<QString> HeadlessShell::WaitForAnswer(const QString& title, const QString& label) {
+  Notice(u"prompt"_s, {title, label});
+  const QString marker = kEsc + u"answer "_s;
+  QString line;
+  while (ReadLineBlocking(pending_, line)) {
+    if (line.startsWith(marker)) return line.mid(marker.size());
+    deferred_ << line;
+  }
+  return std::nullopt;  // end of input cancels
+}
+
+HeadlessFrontEnd::HeadlessFrontEnd(SettingsStore& settings, QObject* parent)
+    : QObject(parent), ctx_(settings, shell_), session_(ctx_) {
+  connect(&ctx_.tabs, &TabBar::linesAppended, this,
+          [this](TabId, int position) { PrintAppended(position); });
+}
+
+HeadlessFrontEnd::~HeadlessFrontEnd() = default;
+
+void HeadlessFrontEnd::Start(bool connectAtStart) {
+  ctx_.tabs.OpenTab(u"Status", TabKind::Status);
+  ctx_.tabs.ActivateTab(0);
+  ::fcntl(STDIN_FILENO, F_SETFL, ::fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK);
+  input_ = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);
+  connect(input_.get(), &QSocketNotifier::activated, this, &HeadlessFrontEnd::ReadInput);
+  if (connectAtStart) session_.Connect();
+}
+
+void HeadlessFrontEnd::PrintAppended(int position) {
+  const ConversationTab* tab = ctx_.tabs.At(position);
+  const LineStore& lines = *tab->lines;
+  WriteOutputLine(tab->name + u'\t' + lines.Line(lines.LineCount() - 1).text);
+}
+
+void HeadlessFrontEnd::ReadInput() {
+  char buffer[65536];
+  ssize_t n = 0;
+  while ((n = ::read(STDIN_FILENO, buffer, sizeof buffer)) > 0)
+    shell_.InputBuffer().append(buffer, n);
+  const bool ended = n == 0 || (n < 0 && errno != EAGAIN && errno != EINTR);
+  QString line;
+  while (HeadlessShell::TakeLine(shell_.InputBuffer(), line)) {
+    HandleLine(line);
+    for (const QString& deferred : shell_.TakeDeferredLines()) HandleLine(deferred);
+  }
+  if (ended) EndOfInput();
+}
+
+void HeadlessFrontEnd::HandleLine(const QString& line) {
+  if (line.startsWith(kEsc)) return HandleControl(QStringView(line).sliced(1));
+  if (SubmitInputText(ctx_, line)) session_.RequestDisconnect();
+}
+
+void HeadlessFrontEnd::HandleControl(QStringView command) {
+  if (command.startsWith(u"menu ")) {
+    bool ok = false;
+    const int number = command.sliced(5).trimmed().toInt(&ok);
+    return ok ? RunMenuCommand(number) : Notice(u"error"_s, {u"not a menu command number"_s});
+  }
+  if (command.startsWith(u"tab ")) {
+    const QStringView name = command.sliced(4);
+    for (int i = 0; i < ctx_.tabs.Count(); ++i)
+      if (name.compare(ctx_.tabs.At(i)->name, Qt::CaseInsensitive) == 0) return ctx_.tabs.ActivateTab(i);
+    return Notice(u"error"_s, {u"no tab named "_s + name.toString()});
+  }
+  if (command.startsWith(u"answer")) return Notice(u"error"_s, {u"no prompt is waiting"_s});
+  Notice(u"error"_s, {u"unknown control line"_s});
+}
+
+void HeadlessFrontEnd::RunMenuCommand(int command) {
+  if (command == kConnectCommand) return session_.ToggleConnection();
+  Notice(u"error"_s, {u"menu command "_s + QString::number(command) + u" is not available"_s});
+}
+
+// Like Exit: the connection closes without a QUIT line.
+void HeadlessFrontEnd::EndOfInput() {
+  input_->setEnabled(false);
+  if (ctx_.session.serverSocket != kNoSocket) session_.Disconnect();
+  QCoreApplication::quit();
+}
