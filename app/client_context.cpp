@@ -1,12 +1,17 @@
 #include "app/client_context.h"
 
+#include "irc/event_sound.h"
 #include "settings/settings_store.h"
 #include "views/output_path.h"
 
 using namespace Qt::StringLiterals;
 
 ClientContext::ClientContext(SettingsStore& store, Shell& userShell)
-    : settings(store), shell(userShell), tabs(store) {}
+    : settings(store), shell(userShell), tabs(store) {
+  // The tab bar announces a new chat with the "query" sound; the settings pick the file.
+  QObject::connect(&tabs, &TabBar::eventSound, &tabs,
+                   [this](const QString& event) { PlayEventSound(*this, event); });
+}
 
 void ClientContext::ReportSocketError(int winsockError) {
   PrintStatus(u"* ["_s + QString::number(winsockError) + u"] Software caused connection abort"_s,

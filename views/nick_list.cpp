@@ -10,12 +10,17 @@ bool KeyLess(QStringView a, QStringView b) { return a.compare(b, Qt::CaseInsensi
 
 bool EntryLess(const NickEntry& a, const NickEntry& b) { return KeyLess(a.sortKey, b.sortKey); }
 
+bool IsOperator(NickRank rank) { return (static_cast<int>(rank) & 2) != 0; }
+
+// The prefix shown and the group in the sort order: operators, voiced, the rest.
+QString PrefixFor(NickRank rank) {
+  if (IsOperator(rank)) return u"@"_s;
+  return rank == NickRank::Voiced ? u"+"_s : QString();
+}
+
 QString SortKeyFor(NickRank rank, QStringView bare) {
-  switch (rank) {
-    case NickRank::Operator: return u'0' + bare.toString();
-    case NickRank::Voiced: return u'1' + bare.toString();
-    case NickRank::Plain: break;
-  }
+  if (IsOperator(rank)) return u'0' + bare.toString();
+  if (rank == NickRank::Voiced) return u'1' + bare.toString();
   return bare.toString();
 }
 
@@ -35,6 +40,10 @@ NickEntry NickList::MakeEntry(QStringView nick) {
   entry.shown = nick.toString();
   entry.sortKey = SortKeyFor(entry.rank, Bare(nick));
   return entry;
+}
+
+NickEntry NickList::MakeEntry(NickRank rank, QStringView bareNick) {
+  return {rank, PrefixFor(rank) + bareNick.toString(), SortKeyFor(rank, bareNick)};
 }
 
 void NickList::Settle() const {
@@ -65,7 +74,7 @@ int NickList::Find(QStringView nick) const {
   const QStringView bare = Bare(nick);
   for (NickRank rank : {NickRank::Operator, NickRank::Voiced, NickRank::Plain}) {
     const int at = FindInSorted(SortKeyFor(rank, bare));
-    if (at >= 0 && sorted_[at].rank == rank) return at;
+    if (at >= 0 && SortKeyFor(sorted_[at].rank, bare) == SortKeyFor(rank, bare)) return at;
   }
   return -1;
 }
@@ -90,12 +99,19 @@ bool NickList::Remove(QStringView nick) {
 bool NickList::Rename(QStringView oldNick, QStringView newNick) {
   const int at = Find(oldNick);
   if (at < 0) return false;
-  const NickEntry old = sorted_[at];
+  const NickRank rank = sorted_[at].rank;
   sorted_.erase(sorted_.begin() + at);
-  const QString prefix = old.rank == NickRank::Operator ? u"@"_s
-                         : old.rank == NickRank::Voiced ? u"+"_s
-                                                         : QString();
-  NickEntry entry = MakeEntry(prefix + Bare(newNick).toString());
+  NickEntry entry = MakeEntry(rank, Bare(newNick));
+  auto where = std::upper_bound(sorted_.begin(), sorted_.end(), entry, EntryLess);
+  sorted_.insert(where, std::move(entry));
+  return true;
+}
+
+bool NickList::SetRank(QStringView nick, NickRank rank) {
+  const int at = Find(nick);
+  if (at < 0) return false;
+  NickEntry entry = MakeEntry(rank, Bare(sorted_[at].shown));
+  sorted_.erase(sorted_.begin() + at);
   auto where = std::upper_bound(sorted_.begin(), sorted_.end(), entry, EntryLess);
   sorted_.insert(where, std::move(entry));
   return true;

@@ -10,7 +10,8 @@
 #include <QStringList>
 #include <vector>
 
-enum class NickRank : quint8 { Plain = 0, Voiced = 1, Operator = 2 };
+// A bit set: the operator bit is 2, the voice bit 1; an operator with voice shows "@".
+enum class NickRank : quint8 { Plain = 0, Voiced = 1, Operator = 2, OperatorVoiced = 3 };
 
 struct NickEntry {
   NickRank rank = NickRank::Plain;
@@ -30,12 +31,15 @@ class NickList {
   bool Remove(QStringView nick);
   // Keeps the old entry's "@"/"+" in front of the new nick; false when absent.
   bool Rename(QStringView oldNick, QStringView newNick);
+  // Gives the entry a new rank, shown text and place; false when absent.
+  bool SetRank(QStringView nick, NickRank rank);
   void Clear();
 
   int Count() const;
   const NickEntry& At(int position) const;
 
   static NickEntry MakeEntry(QStringView nick);
+  static NickEntry MakeEntry(NickRank rank, QStringView bareNick);
   static QStringView Bare(QStringView nick);
 
  private:

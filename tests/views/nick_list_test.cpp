@@ -60,4 +60,17 @@ TEST(NickList, RemoveAndBurstsKeepTheOrder) {
   EXPECT_EQ(Shown(list), (QStringList{u"+x"_s, u"b"_s, u"m"_s, u"z"_s}));
 }
 
+TEST(NickList, SetRankMovesTheEntryAndShowsOperatorsWithVoiceAsOperators) {
+  NickList list;
+  for (const QString& nick : {u"amy"_s, u"+bob"_s, u"@cat"_s}) list.Add(nick);
+  EXPECT_TRUE(list.SetRank(u"amy", NickRank::OperatorVoiced));
+  EXPECT_EQ(Shown(list), (QStringList{u"@amy"_s, u"@cat"_s, u"+bob"_s}));
+  EXPECT_EQ(list.Find(u"@AMY"), 0);
+  EXPECT_TRUE(list.SetRank(u"amy", NickRank::Voiced));  // op taken, voice stays
+  EXPECT_TRUE(list.SetRank(u"cat", NickRank::Plain));
+  EXPECT_FALSE(list.SetRank(u"dan", NickRank::Voiced));
+  EXPECT_EQ(Shown(list), (QStringList{u"+amy"_s, u"+bob"_s, u"cat"_s}));
+  EXPECT_EQ(list.At(0).rank, NickRank::Voiced);
+}
+
 }  // namespace
