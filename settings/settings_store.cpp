@@ -17,9 +17,6 @@ constexpr auto kMainKeyPath = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Kelvane\\Tolv"_L1;
 constexpr auto kSoundsKeyPath = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Kelvane\\Tolv\\sounds"_L1;
 constexpr int kFileMode = 0600;  // it holds server passwords
 
-// A lookup key that borrows the caller's characters: reads must not allocate.
-QString Borrow(QStringView name) { return QString::fromRawData(name.data(), name.size()); }
-
 }  // namespace
 
 SettingsStore::SettingsStore(QString homeDir) : homeDir_(std::move(homeDir)) {
@@ -54,19 +51,19 @@ SettingsStore::Key& SettingsStore::KeyForPath(const QString& path) {
 
 const SettingValue* SettingsStore::Find(QStringView name, SettingsKey key) const {
   const Key& k = KeyFor(key);
-  auto it = k.index.constFind(Borrow(name));
-  return it == k.index.constEnd() ? nullptr : &k.values[*it].second;
+  auto it = k.index.find(name);
+  return it == k.index.end() ? nullptr : &k.values[it->second].second;
 }
 
 void SettingsStore::Put(QStringView name, SettingValue value, SettingsKey key) {
   {
     std::lock_guard lock(mutex_);
     Key& k = KeyFor(key);
-    auto it = k.index.constFind(Borrow(name));
-    if (it != k.index.constEnd()) {
-      k.values[*it].second = std::move(value);
+    auto it = k.index.find(name);
+    if (it != k.index.end()) {
+      k.values[it->second].second = std::move(value);
     } else {
-      k.index.insert(name.toString(), k.values.size());
+      k.index.emplace(name.toString(), k.values.size());
       k.values.emplace_back(name.toString(), std::move(value));
     }
     dirty_ = true;
@@ -146,11 +143,11 @@ bool SettingsStore::DeleteValue(QStringView name, SettingsKey key) {
   {
     std::lock_guard lock(mutex_);
     Key& k = KeyFor(key);
-    auto it = k.index.constFind(Borrow(name));
-    if (it == k.index.constEnd()) return false;
-    k.values.erase(k.values.begin() + static_cast<qsizetype>(*it));
+    auto it = k.index.find(name);
+    if (it == k.index.end()) return false;
+    k.values.erase(k.values.begin() + static_cast<qsizetype>(it->second));
     k.index.clear();
-    for (size_t i = 0; i < k.values.size(); ++i) k.index.insert(k.values[i].first, i);
+    for (size_t i = 0; i < k.values.size(); ++i) k.index.emplace(k.values[i].first, i);
     dirty_ = true;
     if (batchDepth_ > 0) return true;
   }
@@ -214,11 +211,11 @@ void SettingsStore::Load() {
   for (const RegKeyText& text : parsed.keys) {
     Key& key = KeyForPath(text.path);
     for (const auto& [name, value] : text.values) {
-      auto it = key.index.constFind(name);
-      if (it != key.index.constEnd()) {
-        key.values[*it].second = value;  // the last of two equal names wins, as on import
+      auto it = key.index.find(QStringView(name));
+      if (it != key.index.end()) {
+        key.values[it->second].second = value;  // the last of two equal names wins, as on import
       } else {
-        key.index.insert(name, key.values.size());
+        key.index.emplace(name, key.values.size());
         key.values.emplace_back(name, value);
       }
     }

@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <unordered_map>
 #include <QString>
 #include <QStringList>
 
@@ -80,10 +81,19 @@ class SettingsStore {
 
  private:
   using Values = std::vector<std::pair<QString, SettingValue>>;
+  // Looks names up without making a QString of the caller's text.
+  struct NameHash {
+    using is_transparent = void;
+    size_t operator()(QStringView name) const { return qHash(name); }
+  };
+  struct NameEqual {
+    using is_transparent = void;
+    bool operator()(QStringView a, QStringView b) const { return a == b; }
+  };
   struct Key {
     QString path;  // as written between the brackets of the file
     Values values;
-    QHash<QString, size_t> index;
+    std::unordered_map<QString, size_t, NameHash, NameEqual> index;
   };
 
   const SettingValue* Find(QStringView name, SettingsKey key) const;
