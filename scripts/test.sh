@@ -1,8 +1,18 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs the whole test suite.
+# Sets up, builds and runs the whole test suite: once as built for users, then once more
+# under AddressSanitizer, UndefinedBehaviorSanitizer and LeakSanitizer, where any report
+# fails its test. TOLV_SKIP_SANITIZERS=1 skips the second run (for quick local checks).
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 "$top/scripts/setup.sh"
+
 "$top/scripts/build.sh"
-cd "${TOLV_BUILD_DIR:-$top/build}"
+(cd "${TOLV_BUILD_DIR:-$top/build}" && ctest --output-on-failure --parallel "$(nproc)" --timeout 300)
+
+[[ ${TOLV_SKIP_SANITIZERS:-0} == 1 ]] && exit 0
+TOLV_BUILD_DIR="$top/build-asan" "$top/scripts/build.sh" -DTOLV_SANITIZE=ON -DTOLV_BUILD_BENCH=OFF
+cd "$top/build-asan"
+export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
+export LSAN_OPTIONS=suppressions=$top/tests/lsan.supp
+export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 ctest --output-on-failure --parallel "$(nproc)" --timeout 300

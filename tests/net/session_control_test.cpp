@@ -148,7 +148,9 @@ TEST_F(SessionControlTest, FailuresTellTheUserAndLeaveNothingOpen) {
     EXPECT_EQ(ctx.session.serverSocket, kNoSocket);
     EXPECT_FALSE(control.PollTimerRunning());
     EXPECT_FALSE(control.ReconnectTimerRunning());
-    if (!c.statusLine.isEmpty()) EXPECT_EQ(Lines(0).last(), c.statusLine);
+    if (!c.statusLine.isEmpty()) {
+      EXPECT_EQ(Lines(0).last(), c.statusLine);
+    }
     if (c.message.isEmpty()) {
       EXPECT_TRUE(shell.messages.isEmpty());
     } else {
