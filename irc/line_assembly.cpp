@@ -13,11 +13,6 @@ namespace {
 // or hostile peer, and keeping it would let the buffer grow without bound.
 constexpr qsizetype kMaxIncompleteLine = 16 * 1024;
 
-// A kept tail never holds an LF (it is cut there), so a buffer holding exactly one LF
-// cannot be a tail: it marks "skipping the rest of an over-long line up to its LF".
-// Connecting empties the buffer, which ends the skipping too.
-constexpr QByteArrayView kSkippingMark = "\n";
-
 // Decoding happens per complete line, so a character split across two reads is whole
 // again here. A line that is not valid UTF-8 comes from an older client in an 8-bit
 // code page; Latin-1 shows it readably instead of as replacement characters.
@@ -36,28 +31,29 @@ void HandleLine(ClientContext& ctx, QByteArrayView bytes) {
 
 // Keeps the incomplete tail for the next read. When it grows past the bound, the whole
 // line is dropped: what was kept, and everything that still arrives up to its LF.
-void KeepIncomplete(QByteArray& pending, QByteArrayView tail) {
-  if (tail.isEmpty() || pending == kSkippingMark) return;
-  if (pending.size() + tail.size() > kMaxIncompleteLine) {
-    pending = kSkippingMark.toByteArray();
+void KeepIncomplete(Session& session, QByteArrayView tail) {
+  if (tail.isEmpty() || session.discardingLongLine) return;
+  if (session.receiveBuffer.size() + tail.size() > kMaxIncompleteLine) {
+    session.receiveBuffer.clear();
+    session.discardingLongLine = true;
     return;
   }
-  pending.append(tail);
+  session.receiveBuffer.append(tail);
 }
 
 // Completes the line waiting from earlier reads with the head of `bytes` and handles it;
 // returns the bytes behind it. Only the short waiting line is copied: the read's own
 // bytes are cut where they lie.
 QByteArrayView FinishPendingLine(ClientContext& ctx, QByteArrayView bytes) {
-  QByteArray& pending = ctx.session.receiveBuffer;
-  if (pending.isEmpty()) return bytes;
+  Session& session = ctx.session;
+  if (session.receiveBuffer.isEmpty() && !session.discardingLongLine) return bytes;
   const qsizetype lf = bytes.indexOf('\n');
   if (lf < 0) {
-    KeepIncomplete(pending, bytes);
+    KeepIncomplete(session, bytes);
     return {};
   }
-  QByteArray line = std::exchange(pending, QByteArray());
-  if (line != kSkippingMark) {
+  QByteArray line = std::exchange(session.receiveBuffer, QByteArray());
+  if (!std::exchange(session.discardingLongLine, false)) {
     line.append(bytes.first(lf));
     HandleLine(ctx, line);
   }
@@ -72,5 +68,5 @@ void SplitAndDispatch(ClientContext& ctx, QByteArrayView newBytes) {
     HandleLine(ctx, bytes.first(lf));
     bytes = bytes.sliced(lf + 1);
   }
-  KeepIncomplete(ctx.session.receiveBuffer, bytes);
+  KeepIncomplete(ctx.session, bytes);
 }

@@ -14,6 +14,7 @@ struct Session {
   QString requestedNick;         // sent in NICK; emptied when the server accepts a nick
   QString currentNick;           // the server's idea of our nick; empty until registered
   QByteArray receiveBuffer;      // bytes of an incomplete line
+  bool discardingLongLine = false;  // an over-long line is being dropped up to its LF
   int notifyTicks = 0;           // seconds since the last notify poll
   QString serverHost;            // the selected server, the prefix of lines without one
 };

@@ -66,6 +66,7 @@ void SessionControl::Connect() {
   Session& session = ctx_.session;
   session.currentNick.clear();
   session.receiveBuffer.clear();
+  session.discardingLongLine = false;
   if (!TestOption(ctx_.settings, kOptRejoinOnConnect) &&
       !TestOption(ctx_.settings, kOptKeepChannelsOpen))
     ctx_.tabs.CloseChannelTabs();
