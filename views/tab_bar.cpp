@@ -194,3 +194,17 @@ bool TabBar::RenameNick(QStringView channel, QStringView oldNick, QStringView ne
   NickListChanged(channel);
   return true;
 }
+
+bool TabBar::SetNickRank(QStringView channel, QStringView nick, NickRank rank) {
+  NickList* list = ChannelNickList(channel);
+  if (!list || !list->SetRank(nick, rank)) return false;
+  NickListChanged(channel);
+  return true;
+}
+
+void TabBar::ClearNickList(QStringView channel) {
+  NickList* list = ChannelNickList(channel);
+  if (!list) return;
+  list->Clear();
+  NickListChanged(channel);
+}

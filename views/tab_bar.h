@@ -65,6 +65,8 @@ class TabBar : public QObject {
   void AddNickUnchecked(QStringView channel, QStringView nick);
   bool RemoveNick(QStringView channel, QStringView nick);
   bool RenameNick(QStringView channel, QStringView oldNick, QStringView newNick);
+  bool SetNickRank(QStringView channel, QStringView nick, NickRank rank);
+  void ClearNickList(QStringView channel);
 
   // Told by the output path after it stored a line (see output_path.h).
   void NotifyLinesAppended(int position) { emit linesAppended(tabs_[position]->id, position); }
