@@ -11,6 +11,7 @@ ClientContext::ClientContext(SettingsStore& store, Shell& userShell)
   // The tab bar announces a new chat with the "query" sound; the settings pick the file.
   QObject::connect(&tabs, &TabBar::eventSound, &tabs,
                    [this](const QString& event) { PlayEventSound(*this, event); });
+  notify.Load(settings);
 }
 
 void ClientContext::ReportSocketError(int winsockError) {

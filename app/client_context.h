@@ -4,6 +4,8 @@
 // flags the handlers share. Tests build as many as they like.
 
 #include "app/shell.h"
+#include "irc/notify_list.h"
+#include "irc/numeric_handlers.h"
 #include "net/session.h"
 #include "net/socket_transport.h"
 #include "views/line_style.h"
@@ -29,6 +31,8 @@ class ClientContext : public SocketErrorSink {
   QString pendingKickLine;   // sent once the ban of a ban-kick is set
   bool optionsDialogOpen = false;
   bool dccOfferBusy = false;
+  NotifyList notify;  // the watched nicks and which of them are on IRC
+  BanList banList;    // a ban list the user asked for, until its chooser takes it
 
   // "* [N] Software caused connection abort" on Status in the Info colour; the connection
   // then ends on the next tick.

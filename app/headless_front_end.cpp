@@ -146,8 +146,18 @@ void HeadlessFrontEnd::HandleControl(QStringView command) {
       if (name.compare(ctx_.tabs.At(i)->name, Qt::CaseInsensitive) == 0) return ctx_.tabs.ActivateTab(i);
     return Notice(u"error"_s, {u"no tab named "_s + name.toString()});
   }
+  if (command.startsWith(u"nicks ")) return PrintNicks(command.sliced(6));
   if (command.startsWith(u"answer")) return Notice(u"error"_s, {u"no prompt is waiting"_s});
   Notice(u"error"_s, {u"unknown control line"_s});
+}
+
+// The nick list a window would show beside the channel, in its order.
+void HeadlessFrontEnd::PrintNicks(QStringView channel) {
+  const NickList* list = ctx_.tabs.ChannelNickList(channel);
+  if (!list) return Notice(u"error"_s, {u"no channel tab named "_s + channel.toString()});
+  QStringList shown;
+  for (int i = 0; i < list->Count(); ++i) shown << list->At(i).shown;
+  Notice(u"nicks"_s, {channel.toString(), shown.join(u' ')});
 }
 
 void HeadlessFrontEnd::RunMenuCommand(int command) {

@@ -8,6 +8,7 @@
 // line, so they never collide with what a user says:
 //   ESC "menu " number       run a main-menu command (40008 is Connect/Disconnect)
 //   ESC "tab " name          make the tab of that name current
+//   ESC "nicks " channel     print the channel's nick list (ESC "nicks" TAB channel TAB nicks)
 //   ESC "answer ok " text    answer the waiting prompt with OK and a text
 //   ESC "answer yes" / ESC "answer no" / ESC "answer cancel"
 // The program's own notices start with ESC too, then a word and TAB-separated fields:
@@ -70,6 +71,7 @@ class HeadlessFrontEnd : public QObject {
   void HandleLine(const QString& line);
   void HandleControl(QStringView command);
   void RunMenuCommand(int command);
+  void PrintNicks(QStringView channel);
   void PrintAppended(int position);
   void EndOfInput();
 

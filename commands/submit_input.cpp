@@ -63,6 +63,13 @@ bool RunCommand(ClientContext& ctx, const QString& text) {
     ctx.SendToServer(line);
     return true;
   }
+  // The answers to these are the user's to see, not the notify poll's or the DCC address's.
+  if (word.compare(u"/ison", Qt::CaseInsensitive) == 0) {
+    ctx.isonRequested = true;
+    ctx.SendToServer(CommandLine(text, 1));
+    return false;
+  }
+  if (word.compare(u"/userhost", Qt::CaseInsensitive) == 0) ctx.userhostRequested = true;
   ctx.SendToServer(CommandLine(text, 0));
   return false;
 }

@@ -1,8 +1,13 @@
 // The server commands the client acts on, in the order they are tried, each with its
-// handler. A row whose handler is still nullptr shows the rest on Status, as an unknown
-// command does, so nothing is lost until its handler is written.
+// handler. A row whose handler is nullptr would show the rest on Status, as an unknown
+// command does.
 
 #include "irc/dispatch.h"
+#include "irc/channel_events.h"
+#include "irc/ctcp_handlers.h"
+#include "irc/mode_handler.h"
+#include "irc/message_handlers.h"
+#include "irc/numeric_handlers.h"
 #include "irc/ping_handler.h"
 
 #include <array>
@@ -10,21 +15,21 @@
 namespace {
 
 constexpr std::array kRows{
-    DispatchRow{RowTest::Word, u"JOIN", nullptr},
-    DispatchRow{RowTest::Word, u"PART", nullptr},
-    DispatchRow{RowTest::Word, u"NICK", nullptr},
-    DispatchRow{RowTest::Word, u"ERROR", nullptr},
-    DispatchRow{RowTest::Word, u"QUIT", nullptr},
-    DispatchRow{RowTest::Word, u"TOPIC", nullptr},
-    DispatchRow{RowTest::Word, u"INVITE", nullptr},
-    DispatchRow{RowTest::Word, u"KICK", nullptr},
-    DispatchRow{RowTest::Word, u"MODE", nullptr},
-    DispatchRow{RowTest::WordCtcp, u"NOTICE", nullptr},    // CTCP in a NOTICE (replies)
-    DispatchRow{RowTest::WordPlain, u"NOTICE", nullptr},   // a notice
-    DispatchRow{RowTest::WordCtcp, u"PRIVMSG", nullptr},   // CTCP in a PRIVMSG (requests)
-    DispatchRow{RowTest::WordPlain, u"PRIVMSG", nullptr},  // a message
+    DispatchRow{RowTest::Word, u"JOIN", &OnJoin},
+    DispatchRow{RowTest::Word, u"PART", &OnPart},
+    DispatchRow{RowTest::Word, u"NICK", &OnNick},
+    DispatchRow{RowTest::Word, u"ERROR", &OnServerError},
+    DispatchRow{RowTest::Word, u"QUIT", &OnQuit},
+    DispatchRow{RowTest::Word, u"TOPIC", &OnTopic},
+    DispatchRow{RowTest::Word, u"INVITE", &OnInvite},
+    DispatchRow{RowTest::Word, u"KICK", &OnKick},
+    DispatchRow{RowTest::Word, u"MODE", &OnMode},
+    DispatchRow{RowTest::WordCtcp, u"NOTICE", &OnCtcp},      // CTCP in a NOTICE (replies)
+    DispatchRow{RowTest::WordPlain, u"NOTICE", &OnNotice},   // a notice
+    DispatchRow{RowTest::WordCtcp, u"PRIVMSG", &OnCtcp},     // CTCP in a PRIVMSG (requests)
+    DispatchRow{RowTest::WordPlain, u"PRIVMSG", &OnPrivmsg}, // a message
     DispatchRow{RowTest::Word, u"PING", &OnServerPing},
-    DispatchRow{RowTest::Numeric, {}, nullptr},            // numeric replies
+    DispatchRow{RowTest::Numeric, {}, &OnNumeric},           // numeric replies
 };
 
 }  // namespace

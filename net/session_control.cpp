@@ -2,6 +2,7 @@
 
 #include "app/client_context.h"
 #include "irc/line_assembly.h"
+#include "irc/notify_list.h"
 #include "net/identd.h"
 #include "net/server_list.h"
 #include "net/socket_errors.h"
@@ -192,8 +193,8 @@ void SessionControl::PollTick() {
   if (session.connected && !session.currentNick.isEmpty() && ++session.notifyTicks > kNotifyEvery) {
     session.notifyTicks = 0;
     if (ctx_.settings.GetDword(u"en_notify") != 0 && !ctx_.isonRequested &&
-        !ctx_.optionsDialogOpen && sendNotifyPoll)
-      sendNotifyPoll();
+        !ctx_.optionsDialogOpen)
+      SendNotifyPoll(ctx_);
   }
   ReadServer(10ms, 10ms);
 }
@@ -215,7 +216,7 @@ void SessionControl::ReadServer(std::chrono::microseconds firstWait,
 void SessionControl::EndConnection() {
   pollTimer_.stop();
   Disconnect();
-  if (markNotifyOffline) markNotifyOffline();
+  MarkNotifyOffline(ctx_.notify);
   emit connectionEnded();
   if (ctx_.session.userQuit) {
     ctx_.session.userQuit = false;

@@ -44,9 +44,6 @@ class SessionControl : public QObject {
   bool PollTimerRunning() const { return pollTimer_.isActive(); }
   bool ReconnectTimerRunning() const { return reconnectTimer_.isActive(); }
 
-  // Set by the notify list: the poll every 21 ticks and "everybody offline" at the end.
-  std::function<void()> sendNotifyPoll;
-  std::function<void()> markNotifyOffline;
   // The identd port: 113 for the client; tests move it to run in parallel.
   int identdPort = 113;
   std::chrono::milliseconds connectTimeout{30000};

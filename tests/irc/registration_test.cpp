@@ -24,6 +24,7 @@ TEST_P(RegistrationGateTest, FollowsTheServersIdeaOfTheNick) {
   IrcClientFixture f;
   f.SetOptions(0);
   f.ctx.session.requestedNick = u"alice"_s;
+  f.settings.SetString(u"alternick", u"alice", 60);  // a refused nick falls back to the same
   SplitAndDispatch(f.ctx, c.lines);
   EXPECT_EQ(f.ctx.session.currentNick, c.currentNick);
   EXPECT_EQ(f.ctx.session.requestedNick, c.currentNick.isEmpty() ? u"alice"_s : QString());

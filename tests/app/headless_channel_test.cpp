@@ -1,0 +1,136 @@
+// Two users in one channel on a real server: the program through its headless front
+// end, and a second user speaking raw IRC from the test. What the program shows must
+// read exactly as its users know it.
+
+#include "support/ngircd_fixture.h"
+#include "support/test_app.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class RawUser {
+ public:
+  RawUser(int port, const QByteArray& nick) : fd_(::socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<quint16>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    ok_ = ::connect(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    Send("NICK " + nick + "\r\nUSER " + nick + " 0 * :" + nick + "\r\n");
+  }
+  ~RawUser() { ::close(fd_); }
+  void Send(const QByteArray& lines) { ::send(fd_, lines.constData(), lines.size(), MSG_NOSIGNAL); }
+  bool WaitFor(const QByteArray& text, int milliseconds = 5000) {
+    return RunUntil([&] {
+      char buffer[4096];
+      const ssize_t n = ::recv(fd_, buffer, sizeof buffer, MSG_DONTWAIT);
+      if (n > 0) seen_.append(buffer, n);
+      return seen_.contains(text);
+    }, milliseconds);
+  }
+  bool ok_ = false;
+
+ private:
+  int fd_;
+  QByteArray seen_;
+};
+
+class HeadlessChannel : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    TestApp();
+    ASSERT_TRUE(server.Start());
+    WriteFile(u"servers.txt"_s, "Test\t127.0.0.1\t" + QByteArray::number(server.Port()) + "\t\r\n");
+    WriteFile(u"settings.reg"_s,
+              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kelvane\\Tolv]\n\"server\"=dword:00000000\n"
+              "\"nick\"=\"tolvbot\"\n\"email\"=\"me@home\"\n\"fullname\"=\"Tolv Bot\"\n"
+              "\"tstamps\"=dword:00000000\n");
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(u"TOLV_HOME"_s, home.path());
+    tolv.setProcessEnvironment(env);
+    tolv.start(QStringLiteral(TOLV_BINARY), {u"--headless"_s, u"--connect"_s});
+    ASSERT_TRUE(tolv.waitForStarted(5000));
+  }
+  void TearDown() override {
+    tolv.closeWriteChannel();
+    if (!tolv.waitForFinished(3000)) tolv.kill();
+    tolv.waitForFinished(2000);
+  }
+  void WriteFile(const QString& name, const QByteArray& bytes) {
+    QFile file(home.path() + u'/' + name);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+  }
+  void Type(const QByteArray& line) { tolv.write(line + '\n'); }
+  bool Shows(const QString& line, int milliseconds = 5000) {
+    return RunUntil([&] {
+      output += QString::fromUtf8(tolv.readAllStandardOutput());
+      return output.split(u'\n').contains(line);
+    }, milliseconds);
+  }
+
+  NgircdServer server;
+  QTemporaryDir home;
+  QProcess tolv;
+  QString output;
+};
+
+TEST_F(HeadlessChannel, ShowsWhatAnotherUserDoes) {
+  ASSERT_TRUE(Shows(u"\x1bstate\tconnected"_s));
+  RawUser alice(server.Port(), "alice");
+  ASSERT_TRUE(alice.WaitFor(" 001 alice"));
+  RawUser victim(server.Port(), "victim");
+  ASSERT_TRUE(victim.WaitFor(" 001 victim"));
+  ASSERT_TRUE(Shows(u"Status\tWelcome to the Internet Relay Network tolvbot!~me@127.0.0.1"_s))
+      << output.toStdString();
+
+  Type("/join #tolv");
+  ASSERT_TRUE(Shows(u"#tolv\t* Now talking in #tolv"_s)) << output.toStdString();
+  alice.Send("JOIN #tolv\r\n");
+  EXPECT_TRUE(Shows(u"#tolv\t* alice has joined #tolv"_s));
+  victim.Send("JOIN #tolv\r\n");
+  EXPECT_TRUE(Shows(u"#tolv\t* victim has joined #tolv"_s));
+  Type("\x1bnicks #tolv");
+  EXPECT_TRUE(Shows(u"\x1bnicks\t#tolv\t@tolvbot alice victim"_s)) << output.toStdString();
+
+  alice.Send("PRIVMSG #tolv :hello there\r\n");
+  EXPECT_TRUE(Shows(u"#tolv\t<alice> hello there"_s));
+  alice.Send("PRIVMSG #tolv :\x01" "ACTION waves\x01\r\n");
+  EXPECT_TRUE(Shows(u"#tolv\t* alice waves"_s));
+  alice.Send("NICK alicia\r\n");
+  EXPECT_TRUE(Shows(u"#tolv\talice is now known as alicia"_s));
+
+  Type("/mode #tolv +o alicia");
+  EXPECT_TRUE(Shows(u"#tolv\t* tolvbot sets mode: +o alicia"_s));
+  ASSERT_TRUE(alice.WaitFor("MODE #tolv +o alicia"));
+  alice.Send("TOPIC #tolv :fresh topic\r\n");
+  EXPECT_TRUE(Shows(u"#tolv\talicia changes topic to 'fresh topic'"_s));
+  alice.Send("MODE #tolv -o+v tolvbot tolvbot\r\n");
+  EXPECT_TRUE(Shows(u"#tolv\t* alicia sets mode: -o+v tolvbot tolvbot"_s));
+  Type("\x1bnicks #tolv");
+  EXPECT_TRUE(Shows(u"\x1bnicks\t#tolv\t@alicia +tolvbot victim"_s)) << output.toStdString();
+
+  alice.Send("KICK #tolv victim :off you go\r\n");
+  EXPECT_TRUE(Shows(u"#tolv\tvictim was kicked by alicia (off you go)"_s));
+  alice.Send("QUIT :see you\r\n");
+  EXPECT_TRUE(RunUntil([&] {
+    output += QString::fromUtf8(tolv.readAllStandardOutput());
+    return output.contains(u"#tolv\t* alicia Quit ("_s);
+  }));
+  Type("\x1bnicks #tolv");
+  EXPECT_TRUE(Shows(u"\x1bnicks\t#tolv\t+tolvbot"_s)) << output.toStdString();
+}
+
+}  // namespace
