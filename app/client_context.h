@@ -6,6 +6,7 @@
 #include "app/shell.h"
 #include "irc/notify_list.h"
 #include "irc/numeric_handlers.h"
+#include "irc/word_matchers.h"
 #include "net/session.h"
 #include "net/socket_transport.h"
 #include "views/line_style.h"
@@ -33,6 +34,8 @@ class ClientContext : public SocketErrorSink {
   bool dccOfferBusy = false;
   NotifyList notify;  // the watched nicks and which of them are on IRC
   BanList banList;    // a ban list the user asked for, until its chooser takes it
+  IgnoreMatcher ignoreMatcher;        // the ignore list, prepared
+  HighlightMatcher highlightMatcher;  // the highlight list, prepared
 
   // "* [N] Software caused connection abort" on Status in the Info colour; the connection
   // then ends on the next tick.

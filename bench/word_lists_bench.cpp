@@ -54,7 +54,7 @@ const QString kText = u"well, I think the new release fixes that crash, try it a
 
 void BM_IsIgnored(benchmark::State& state) {
   Lists lists;
-  for (auto _ : state) benchmark::DoNotOptimize(IsIgnored(lists.settings, u"somebody"));
+  for (auto _ : state) benchmark::DoNotOptimize(IsIgnored(lists.ctx, u"somebody"));
 }
 BENCHMARK(BM_IsIgnored);
 
@@ -69,7 +69,7 @@ BENCHMARK(BM_HighlightStyle);
 void BM_IgnoredAndHighlightPerLine(benchmark::State& state) {
   Lists lists;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(IsIgnored(lists.settings, u"somebody"));
+    benchmark::DoNotOptimize(IsIgnored(lists.ctx, u"somebody"));
     benchmark::DoNotOptimize(HighlightStyle(lists.ctx, kText, LineStyle::Normal));
   }
 }

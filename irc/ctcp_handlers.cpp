@@ -47,7 +47,7 @@ void OnCtcp(ClientContext& ctx, const ServerMessage& message) {
   const std::optional<CtcpParts> ctcp = ParseCtcp(message.rest);
   if (!ctcp) return;  // malformed: dropped, never shown as text
   const QStringView nick = NickOf(message.prefix);
-  if (IsIgnored(ctx.settings, nick)) return;
+  if (IsIgnored(ctx, nick)) return;
   const bool reply = SameWord(message.command, u"NOTICE");
   if (SameWord(ctcp->keyword, u"ACTION")) {
     if (!reply) OnCtcpAction(ctx, message, ctcp->argument);

@@ -29,7 +29,7 @@ int ConversationTabFor(ClientContext& ctx, QStringView target, QStringView sende
 
 void OnPrivmsg(ClientContext& ctx, const ServerMessage& message) {
   const QStringView nick = NickOf(message.prefix);
-  if (IsIgnored(ctx.settings, nick)) return;
+  if (IsIgnored(ctx, nick)) return;
   const QString line = u"<"_s + nick.toString() + u"> "_s + message.rest;
   // The tab first: a new Chat tab's "query" sound comes before a highlight's sound.
   const int position = ConversationTabFor(ctx, message.target, nick);
@@ -39,7 +39,7 @@ void OnPrivmsg(ClientContext& ctx, const ServerMessage& message) {
 
 void OnNotice(ClientContext& ctx, const ServerMessage& message) {
   const QStringView nick = NickOf(message.prefix);
-  if (IsIgnored(ctx.settings, nick)) return;
+  if (IsIgnored(ctx, nick)) return;
   // Before registration the server's own chatter arrives as notices: no sound for it.
   const bool registered = !ctx.session.currentNick.isEmpty();
   if (registered) PlayEventSound(ctx, u"notice");

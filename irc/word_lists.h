@@ -7,18 +7,17 @@
 #include <QStringView>
 
 class ClientContext;
-class SettingsStore;
 
 // Highlight words longer than this are cut: only their first 250 characters count.
 inline constexpr qsizetype kHighlightWordMax = 250;
 
 // Whether `nick` (the nick part of a sender's prefix, never user or host) is a whole
 // word of "ignore". Nobody is ignored while "en_ignore" is 0.
-bool IsIgnored(const SettingsStore& settings, QStringView nick);
+bool IsIgnored(ClientContext& ctx, QStringView nick);
 
 // Whether a word of "hlights" occurs anywhere in `text`, case ignored; always false while
 // "en_hlights" is 0 or missing. An empty word (two blanks in a row) occurs everywhere.
-bool ContainsHighlightWord(const SettingsStore& settings, QStringView text);
+bool ContainsHighlightWord(ClientContext& ctx, QStringView text);
 
 // Hlight, after playing the "highlight" sound, when `text` contains a highlight word;
 // otherwise `defaultStyle`.

@@ -28,7 +28,7 @@ TEST_P(IsIgnoredTest, MatchesWholeNicksCaseIgnored) {
   else
     f.settings.SetDword(u"en_ignore", c.enabled);
   f.settings.SetString(u"ignore", c.list, 2002);
-  EXPECT_EQ(IsIgnored(f.settings, c.nick), c.ignored);
+  EXPECT_EQ(IsIgnored(f.ctx, c.nick), c.ignored);
 }
 
 INSTANTIATE_TEST_SUITE_P(
