@@ -6,7 +6,7 @@
 //   tolv_bench --benchmark_filter='SplitAndDispatch|ParseServerLine'
 
 #include "app/client_context.h"
-#include "app/shell.h"
+#include "bench/null_shell.h"
 #include "irc/line_assembly.h"
 #include "irc/server_message.h"
 #include "settings/settings_defaults.h"
@@ -21,18 +21,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-class NullShell : public Shell {
- public:
-  void ShowMessage(const QString&, const QString&) override {}
-  bool AskYesNo(const QString&, const QString&) override { return false; }
-  std::optional<QString> AskText(const QString&, const QString&, const QString&) override {
-    return std::nullopt;
-  }
-  void PlaySound(const QString&) override {}
-  void SetBusy(bool) override {}
-  void ShowConnectionState(bool) override {}
-};
 
 QByteArray ChannelLine(int i, bool accented) {
   const QString text = accented ? u"ça va très bien, merci — und dir? %1"_s.arg(i)

@@ -10,7 +10,7 @@
 //   tolv_bench --benchmark_filter='NamesBurst50k'
 
 #include "app/client_context.h"
-#include "app/shell.h"
+#include "bench/null_shell.h"
 #include "irc/dispatch.h"
 #include "irc/line_assembly.h"
 #include "irc/notify_list.h"
@@ -33,18 +33,6 @@ namespace {
 
 constexpr int kNicks = 50000;
 constexpr qsizetype kLineBytes = 400;
-
-class NullShell : public Shell {
- public:
-  void ShowMessage(const QString&, const QString&) override {}
-  bool AskYesNo(const QString&, const QString&) override { return false; }
-  std::optional<QString> AskText(const QString&, const QString&, const QString&) override {
-    return std::nullopt;
-  }
-  void PlaySound(const QString&) override {}
-  void SetBusy(bool) override {}
-  void ShowConnectionState(bool) override {}
-};
 
 QByteArray NamesBurst() {
   QByteArray stream;

@@ -5,7 +5,7 @@
 //   tolv_bench --benchmark_filter='Ignored|Highlight'
 
 #include "app/client_context.h"
-#include "app/shell.h"
+#include "bench/null_shell.h"
 #include "irc/word_lists.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
@@ -16,18 +16,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-class SilentShell : public Shell {
- public:
-  void ShowMessage(const QString&, const QString&) override {}
-  bool AskYesNo(const QString&, const QString&) override { return false; }
-  std::optional<QString> AskText(const QString&, const QString&, const QString&) override {
-    return std::nullopt;
-  }
-  void PlaySound(const QString&) override {}
-  void SetBusy(bool) override {}
-  void ShowConnectionState(bool) override {}
-};
 
 // 50 words of 6 to 9 letters, each with its blank.
 QString FiftyWords(QStringView stem) {
@@ -46,7 +34,7 @@ struct Lists {
   }
   QTemporaryDir dir;
   SettingsStore settings{dir.path()};
-  SilentShell shell;
+  NullShell shell;
   ClientContext ctx{settings, shell};
 };
 

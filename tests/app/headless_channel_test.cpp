@@ -3,6 +3,7 @@
 // read exactly as its users know it.
 
 #include "support/ngircd_fixture.h"
+#include "support/raw_irc_user.h"
 #include "support/test_app.h"
 
 #include <QDir>
@@ -11,41 +12,10 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-class RawUser {
- public:
-  RawUser(int port, const QByteArray& nick) : fd_(::socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<quint16>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    ok_ = ::connect(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-    Send("NICK " + nick + "\r\nUSER " + nick + " 0 * :" + nick + "\r\n");
-  }
-  ~RawUser() { ::close(fd_); }
-  void Send(const QByteArray& lines) { ::send(fd_, lines.constData(), lines.size(), MSG_NOSIGNAL); }
-  bool WaitFor(const QByteArray& text, int milliseconds = 5000) {
-    return RunUntil([&] {
-      char buffer[4096];
-      const ssize_t n = ::recv(fd_, buffer, sizeof buffer, MSG_DONTWAIT);
-      if (n > 0) seen_.append(buffer, n);
-      return seen_.contains(text);
-    }, milliseconds);
-  }
-  bool ok_ = false;
-
- private:
-  int fd_;
-  QByteArray seen_;
-};
 
 class HeadlessChannel : public ::testing::Test {
  protected:
@@ -89,9 +59,9 @@ class HeadlessChannel : public ::testing::Test {
 
 TEST_F(HeadlessChannel, ShowsWhatAnotherUserDoes) {
   ASSERT_TRUE(Shows(u"\x1bstate\tconnected"_s));
-  RawUser alice(server.Port(), "alice");
+  RawIrcUser alice(server.Port(), "alice");
   ASSERT_TRUE(alice.WaitFor(" 001 alice"));
-  RawUser victim(server.Port(), "victim");
+  RawIrcUser victim(server.Port(), "victim");
   ASSERT_TRUE(victim.WaitFor(" 001 victim"));
   ASSERT_TRUE(Shows(u"Status\tWelcome to the Internet Relay Network tolvbot!~me@127.0.0.1"_s))
       << output.toStdString();

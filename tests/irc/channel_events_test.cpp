@@ -5,7 +5,7 @@
 #include "irc/server_message.h"
 #include "settings/settings_flags.h"
 
-#include "support/irc_client_fixture.h"
+#include "support/styled_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -14,26 +14,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Every line of every tab as "tab | text | style", so one list shows where each line went,
-// what it says and in which colour.
-constexpr const char* kStyleNames[] = {
-    "Action", "Ping", "Invite", "Join", "Part", "Topic", "Whois", "Mode", "Normal",
-    "Notice", "Notify", "Hlight", "Nick", "Kick", "Quit", "Info", "Info2",
-};
-
-// "kolory" entry i gets the colour i + 1, so each style's colour names it.
-QByteArray DistinctColours() {
-  QByteArray bytes(96, '\0');
-  for (int i = 0; i < 24; ++i) bytes[i * 4] = static_cast<char>(i + 1);
-  return bytes;
-}
-
-QString StyleName(quint32 colour) {
-  const int style = static_cast<int>(colour) - 8;
-  return style >= 0 && style < 17 ? QString::fromLatin1(kStyleNames[style])
-                                  : u"colour "_s + QString::number(colour);
-}
 
 // The start of every case: "me" is registered and in #x and #y, with a chat open with b.
 void SetUpScene(IrcClientFixture& f, quint32 options) {
@@ -55,20 +35,7 @@ void SetUpScene(IrcClientFixture& f, quint32 options) {
   f.ctx.tabs.ActivateTab(0);
 }
 
-// The road of a server line up to the handler, as the dispatch table will run it.
-void Feed(IrcClientFixture& f, const QString& line) {
-  static const std::pair<QStringView, ServerHandler> kHandlers[] = {
-      {u"JOIN", &OnJoin},   {u"PART", &OnPart},     {u"NICK", &OnNick},
-      {u"ERROR", &OnServerError}, {u"QUIT", &OnQuit}, {u"TOPIC", &OnTopic},
-      {u"INVITE", &OnInvite}, {u"KICK", &OnKick},   {u"MODE", &OnMode},
-  };
-  const ServerMessage message = ParseServerLine(line, u"irc.test"_s);
-  if (!message.target.isEmpty() && message.target != u"*") RegistrationGate(f.ctx, message);
-  for (const auto& [word, handler] : kHandlers) {
-    if (message.command.compare(word, Qt::CaseInsensitive) == 0) return handler(f.ctx, message);
-  }
-  ADD_FAILURE() << "no handler for " << line.toStdString();
-}
+void Feed(IrcClientFixture& f, const QString& line) { f.Receive(line); }
 
 QStringList Shown(const IrcClientFixture& f) {
   QStringList out;

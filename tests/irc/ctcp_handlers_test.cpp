@@ -3,7 +3,7 @@
 #include "irc/registration.h"
 #include "irc/server_message.h"
 
-#include "support/irc_client_fixture.h"
+#include "support/styled_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -45,48 +45,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- Handlers ---------------------------------------------------------------------
 
-constexpr std::array kStyleNames{"Action", "Ping",  "Invite", "Join",   "Part",  "Topic",
-                                 "Whois",  "Mode",  "Normal", "Notice", "Notify", "Hlight",
-                                 "Nick",   "Kick",  "Quit",   "Info",   "Info2"};
-
-// Every style gets its own colour (entry i of "kolory" is i + 1), so a line's colour
-// names its style.
-void DistinctColours(SettingsStore& settings) {
-  QByteArray colours(96, '\0');
-  for (int i = 0; i < 24; ++i) colours[i * 4] = static_cast<char>(i + 1);
-  settings.SetBinary(u"kolory", colours);
-}
-
-QString StyleOf(quint32 colour) {
-  const qsizetype index = static_cast<qsizetype>(colour) - 8;
-  if (index >= 0 && index < static_cast<qsizetype>(kStyleNames.size()))
-    return QString::fromLatin1(kStyleNames[index]);
-  return u"0x"_s + QString::number(colour, 16);
-}
-
-// Every stored line of every tab as "tab|text|style", tabs in bar order.
-QStringList AllLines(const IrcClientFixture& f) {
-  QStringList out;
-  for (int p = 0; p < f.ctx.tabs.Count(); ++p) {
-    const ConversationTab* tab = f.ctx.tabs.At(p);
-    for (qsizetype i = 0; i < tab->lines->LineCount(); ++i) {
-      const auto& line = tab->lines->Line(i);
-      out << tab->name + u'|' + line.text + u'|' + StyleOf(line.colour);
-    }
-  }
-  return out;
-}
-
-// What the dispatcher does with a PRIVMSG or NOTICE line: the registration gate, then
-// the CTCP row or the plain row.
-void Deliver(IrcClientFixture& f, const QString& line) {
-  const ServerMessage m = ParseServerLine(line, u"irc.test"_s);
-  if (!m.target.isEmpty() && m.target != u"*") RegistrationGate(f.ctx, m);
-  const bool notice = m.command.compare(u"NOTICE", Qt::CaseInsensitive) == 0;
-  if (m.rest.startsWith(QChar(1))) OnCtcp(f.ctx, m);
-  else if (notice) OnNotice(f.ctx, m);
-  else OnPrivmsg(f.ctx, m);
-}
+void Deliver(IrcClientFixture& f, const QString& line) { f.Receive(line); }
 
 // The clock of the PING reply cases.
 constexpr qint64 kNow = 1700000003;
@@ -94,7 +53,7 @@ constexpr qint64 kNow = 1700000003;
 class CtcpFixture : public IrcClientFixture {
  public:
   CtcpFixture() {
-    DistinctColours(settings);
+    settings.SetBinary(u"kolory", DistinctColours());
     settings.SetString(u"query", u"query.wav", 250, SettingsKey::Sounds);
     settings.SetDword(u"DCC", 0);  // no USERHOST when the gate registers
     ctx.session.currentNick = u"me"_s;
@@ -135,7 +94,7 @@ TEST_P(CtcpTest, AnswersShowsAndSounds) {
     f.settings.SetString(u"hlights", c.hlights, 2002);
   }
   for (const QString& line : c.lines) Deliver(f, line);
-  EXPECT_EQ(AllLines(f), c.shown);
+  EXPECT_EQ(AllStyledLines(f), c.shown);
   EXPECT_EQ(f.SoundNames(), c.sounds);
   EXPECT_EQ(f.Sent(), c.sent);
 }
@@ -248,11 +207,11 @@ TEST(DccOffer, DroppedWhileAnEarlierOfferIsBusy) {
   Deliver(f, kOffer);
   f.ctx.dccOfferBusy = true;
   Deliver(f, kOffer);
-  EXPECT_EQ(AllLines(f), QStringList{kOfferShown});
+  EXPECT_EQ(AllStyledLines(f), QStringList{kOfferShown});
   EXPECT_TRUE(f.ctx.dccOfferBusy);  // the flag belongs to whoever set it
   f.ctx.dccOfferBusy = false;
   Deliver(f, kOffer);
-  EXPECT_EQ(AllLines(f).size(), 2);
+  EXPECT_EQ(AllStyledLines(f).size(), 2);
   EXPECT_EQ(f.ctx.tabs.Count(), 1);  // no transfer or chat tab
   EXPECT_EQ(f.Sent(), QByteArray());
 }

@@ -3,7 +3,7 @@
 #include "irc/registration.h"
 #include "irc/server_message.h"
 
-#include "support/irc_client_fixture.h"
+#include "support/styled_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -13,48 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::array kStyleNames{"Action", "Ping",  "Invite", "Join",   "Part",  "Topic",
-                                 "Whois",  "Mode",  "Normal", "Notice", "Notify", "Hlight",
-                                 "Nick",   "Kick",  "Quit",   "Info",   "Info2"};
-
-// Every style gets its own colour (entry i of "kolory" is i + 1), so a line's colour
-// names its style.
-void DistinctColours(SettingsStore& settings) {
-  QByteArray colours(96, '\0');
-  for (int i = 0; i < 24; ++i) colours[i * 4] = static_cast<char>(i + 1);
-  settings.SetBinary(u"kolory", colours);
-}
-
-QString StyleOf(quint32 colour) {
-  const qsizetype index = static_cast<qsizetype>(colour) - 8;
-  if (index >= 0 && index < static_cast<qsizetype>(kStyleNames.size()))
-    return QString::fromLatin1(kStyleNames[index]);
-  return u"0x"_s + QString::number(colour, 16);
-}
-
-// Every stored line of every tab as "tab|text|style", tabs in bar order.
-QStringList AllLines(const IrcClientFixture& f) {
-  QStringList out;
-  for (int p = 0; p < f.ctx.tabs.Count(); ++p) {
-    const ConversationTab* tab = f.ctx.tabs.At(p);
-    for (qsizetype i = 0; i < tab->lines->LineCount(); ++i) {
-      const auto& line = tab->lines->Line(i);
-      out << tab->name + u'|' + line.text + u'|' + StyleOf(line.colour);
-    }
-  }
-  return out;
-}
-
-// What the dispatcher does with a PRIVMSG or NOTICE line: the registration gate, then
-// the CTCP row or the plain row.
-void Deliver(IrcClientFixture& f, const QString& line) {
-  const ServerMessage m = ParseServerLine(line, u"irc.test"_s);
-  if (!m.target.isEmpty() && m.target != u"*") RegistrationGate(f.ctx, m);
-  const bool notice = m.command.compare(u"NOTICE", Qt::CaseInsensitive) == 0;
-  if (m.rest.startsWith(QChar(1))) OnCtcp(f.ctx, m);
-  else if (notice) OnNotice(f.ctx, m);
-  else OnPrivmsg(f.ctx, m);
-}
+void Deliver(IrcClientFixture& f, const QString& line) { f.Receive(line); }
 
 struct MessageCase {
   const char* name;
@@ -75,7 +34,7 @@ class MessageTest : public ::testing::TestWithParam<MessageCase> {};
 TEST_P(MessageTest, ShowsLinesAndPlaysSounds) {
   const MessageCase& c = GetParam();
   IrcClientFixture f;
-  DistinctColours(f.settings);
+  f.settings.SetBinary(u"kolory", DistinctColours());
   f.settings.SetString(u"query", u"query.wav", 250, SettingsKey::Sounds);
   f.settings.SetDword(u"DCC", 0);  // no USERHOST when the gate registers
   f.ctx.session.currentNick = c.ownNick;
@@ -91,7 +50,7 @@ TEST_P(MessageTest, ShowsLinesAndPlaysSounds) {
   }
   for (const QString& line : c.lines) Deliver(f, line);
 
-  EXPECT_EQ(AllLines(f), c.shown);
+  EXPECT_EQ(AllStyledLines(f), c.shown);
   QStringList sounds;
   for (const QString& path : f.shell.sounds) sounds << path.section(u'/', -1);
   EXPECT_EQ(sounds, c.sounds);

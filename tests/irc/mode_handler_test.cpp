@@ -23,11 +23,7 @@ void SetUpChannel(IrcClientFixture& f, quint32 options, const QStringList& names
   for (const QString& nick : names) f.ctx.tabs.AddNickUnchecked(u"#x", nick);
 }
 
-void Feed(IrcClientFixture& f, const QString& line) {
-  const ServerMessage message = ParseServerLine(line, u"irc.test"_s);
-  if (!message.target.isEmpty() && message.target != u"*") RegistrationGate(f.ctx, message);
-  OnMode(f.ctx, message);
-}
+void Feed(IrcClientFixture& f, const QString& line) { f.Receive(line); }
 
 // "shown:rank" of each entry of #x, in list order.
 QStringList Entries(IrcClientFixture& f) {

@@ -6,7 +6,7 @@
 #include "settings/settings_flags.h"
 #include "views/time_format.h"
 
-#include "support/irc_client_fixture.h"
+#include "support/styled_lines.h"
 #include "support/test_app.h"
 
 #include <gtest/gtest.h>
@@ -17,24 +17,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr const char* kStyleNames[] = {
-    "Action", "Ping",   "Invite", "Join", "Part", "Topic", "Whois", "Mode",  "Normal",
-    "Notice", "Notify", "Hlight", "Nick", "Kick", "Quit",  "Info",  "Info2",
-};
-
-// "kolory" entry i gets the colour i + 1, so each style's colour names it.
-QByteArray DistinctColours() {
-  QByteArray bytes(96, '\0');
-  for (int i = 0; i < 24; ++i) bytes[i * 4] = static_cast<char>(i + 1);
-  return bytes;
-}
-
-QString StyleName(quint32 colour) {
-  const int style = static_cast<int>(colour) - 8;
-  return style >= 0 && style < 17 ? QString::fromLatin1(kStyleNames[style])
-                                  : u"colour "_s + QString::number(colour);
-}
 
 QString Date(qint64 seconds) { return FormatServerTime(seconds); }
 

@@ -9,50 +9,17 @@
 #include "settings/settings_store.h"
 #include "support/fake_shell.h"
 #include "support/ngircd_fixture.h"
+#include "support/raw_irc_user.h"
 #include "support/test_app.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// A second user on the server, speaking raw IRC from the test.
-class RawClient {
- public:
-  explicit RawClient(int port) : fd_(::socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<quint16>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    timeval timeout{0, 200000};
-    ::setsockopt(fd_, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
-    connected_ = ::connect(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-  }
-  ~RawClient() { ::close(fd_); }
-  void Send(const QByteArray& line) { ::send(fd_, line.constData(), line.size(), MSG_NOSIGNAL); }
-  // Reads until `text` arrived or the time is up, keeping the test's event loop going.
-  bool WaitFor(const QByteArray& text, int milliseconds = 5000) {
-    return RunUntil([&] {
-      char buffer[4096];
-      const ssize_t n = ::recv(fd_, buffer, sizeof buffer, MSG_DONTWAIT);
-      if (n > 0) seen_.append(buffer, n);
-      return seen_.contains(text);
-    }, milliseconds);
-  }
-  bool connected_ = false;
-
- private:
-  int fd_;
-  QByteArray seen_;
-};
 
 class SessionAgainstNgircd : public ::testing::Test {
  protected:
@@ -112,8 +79,8 @@ TEST_F(SessionAgainstNgircd, ReconnectsAtOnceAfterBeingKilled) {
   control.Connect();
   ASSERT_TRUE(RunUntil([&] { return Registered(); }, 10000));
 
-  RawClient oper(server.Port());
-  ASSERT_TRUE(oper.connected_);
+  RawIrcUser oper(server.Port());
+  ASSERT_TRUE(oper.connected);
   oper.Send("NICK watcher\r\nUSER watcher 0 * :Watcher\r\n");
   ASSERT_TRUE(oper.WaitFor(" 001 "));
   oper.Send("OPER tolvtest secret\r\n");
@@ -129,7 +96,7 @@ TEST_F(SessionAgainstNgircd, TheUsersDisconnectDoesNotReconnect) {
   SetFlag(settings, u"Options", kOptReconnect, true);
   control.Connect();
   ASSERT_TRUE(RunUntil([&] { return Registered(); }, 10000));
-  RawClient watcher(server.Port());
+  RawIrcUser watcher(server.Port());
   watcher.Send("NICK watcher\r\nUSER watcher 0 * :Watcher\r\nISON tolvtest\r\n");
   ASSERT_TRUE(watcher.WaitFor(" 303 watcher :tolvtest"));
 

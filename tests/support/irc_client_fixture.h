@@ -8,6 +8,7 @@
 //   EXPECT_EQ(f.Sent(), "PONG :x\n");
 
 #include "app/client_context.h"
+#include "irc/line_assembly.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
 #include "support/fake_shell.h"
@@ -28,6 +29,7 @@ class IrcClientFixture {
     settings.SetDword(u"tstamps", 0);
     ctx.tabs.OpenTab(u"Status", TabKind::Status);
     ctx.tabs.ActivateTab(0);
+    ctx.session.serverHost = QStringLiteral("irc.test");  // the prefix of lines without one
     int pair[2];
     if (socketpair(AF_UNIX, SOCK_STREAM, 0, pair) == 0) {
       ctx.session.serverSocket = pair[0];
@@ -40,6 +42,10 @@ class IrcClientFixture {
   }
   IrcClientFixture(const IrcClientFixture&) = delete;
   IrcClientFixture& operator=(const IrcClientFixture&) = delete;
+
+  // One server line down the real road: line assembly, parsing, the registration gate
+  // and the dispatch table.
+  void Receive(const QString& line) { SplitAndDispatch(ctx, (line + QStringLiteral("\r\n")).toUtf8()); }
 
   // Everything the client has sent since the last call.
   QByteArray Sent() {

@@ -1,0 +1,16 @@
+#pragma once
+// A shell that answers nothing and shows nothing, so benchmarks time the core alone.
+
+#include "app/shell.h"
+
+class NullShell : public Shell {
+ public:
+  void ShowMessage(const QString&, const QString&) override {}
+  bool AskYesNo(const QString&, const QString&) override { return false; }
+  std::optional<QString> AskText(const QString&, const QString&, const QString&) override {
+    return std::nullopt;
+  }
+  void PlaySound(const QString&) override {}
+  void SetBusy(bool) override {}
+  void ShowConnectionState(bool) override {}
+};
