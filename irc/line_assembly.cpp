@@ -4,6 +4,7 @@
 #include "irc/dispatch.h"
 #include "irc/registration.h"
 #include "irc/server_message.h"
+#include "views/text_decoding.h"
 
 #include <utility>
 
@@ -13,16 +14,12 @@ namespace {
 // or hostile peer, and keeping it would let the buffer grow without bound.
 constexpr qsizetype kMaxIncompleteLine = 16 * 1024;
 
-// Decoding happens per complete line, so a character split across two reads is whole
-// again here. A line that is not valid UTF-8 comes from an older client in an 8-bit
-// code page; Latin-1 shows it readably instead of as replacement characters.
-QString DecodeLine(QByteArrayView bytes) {
-  return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes);
-}
 
 void HandleLine(ClientContext& ctx, QByteArrayView bytes) {
   if (bytes.endsWith('\r')) bytes.chop(1);
-  QString line = DecodeLine(bytes);
+  // Decoding happens per complete line, so a character split across two reads is whole
+  // again here.
+  QString line = DecodeReceivedLine(bytes);
   TrimTrailingBlanks(line);
   const ServerMessage message = ParseServerLine(line, ctx.session.serverHost);
   if (!message.target.isEmpty() && message.target != u"*") RegistrationGate(ctx, message);

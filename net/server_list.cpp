@@ -106,6 +106,8 @@ const ServerEntry* SelectedEntry(const ServerList& list, const SettingsStore& st
 }  // namespace
 
 ServerEntry FittedServerEntry(ServerEntry entry) {
+  // Written first in the file, a leading U+FEFF would read back as a byte-order mark.
+  while (entry.network.startsWith(QChar(0xFEFF))) entry.network.remove(0, 1);
   entry.network = FittedField(std::move(entry.network), ServerEntry::kNetworkCapacity, false);
   entry.server = FittedField(std::move(entry.server), ServerEntry::kServerCapacity, false);
   entry.ports = FittedField(std::move(entry.ports), ServerEntry::kPortsCapacity, false);

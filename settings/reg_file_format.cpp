@@ -46,7 +46,9 @@ QString FormatValue(const SettingValue& v) {
     case SettingType::String:
       break;
   }
-  if (!HasControlCharacters(v.text)) return QuoteName(v.text);
+  // UTF-8 cannot carry a lone surrogate, nor a quoted text a line break: those go as
+  // UTF-16 bytes, which keep every unit.
+  if (!HasControlCharacters(v.text) && v.text.isValidUtf16()) return QuoteName(v.text);
   QByteArray utf16;
   for (QChar c : v.text) {
     utf16 += static_cast<char>(c.unicode() & 0xff);
@@ -90,7 +92,10 @@ bool ParseData(QStringView data, SettingValue& value) {
   if (data.startsWith(u'"')) {
     qsizetype pos = 0;
     value.type = SettingType::String;
-    return ReadQuoted(data, pos, value.text) && data.sliced(pos).trimmed().isEmpty();
+    if (!ReadQuoted(data, pos, value.text) || !data.sliced(pos).trimmed().isEmpty()) return false;
+    const qsizetype nul = value.text.indexOf(QChar(0));
+    if (nul >= 0) value.text.truncate(nul);  // a string ends at its terminator, as when set
+    return true;
   }
   if (data.startsWith(u"dword:")) {
     QStringView digits = data.sliced(6).trimmed();

@@ -1,5 +1,7 @@
 #include "views/line_store.h"
 
+#include "views/text_decoding.h"
+
 #include <QStringEncoder>
 #include <cstring>
 #include <limits>
@@ -126,7 +128,7 @@ StoredLine LineStore::Line(qsizetype index) const {
   if (index < 0 || index >= count_) return {};
   const Record& record = At(index);
   const char* data = arena_->Data(record);
-  if (!(record.size & kRawUtf16)) return {QString::fromUtf8(data, record.size), record.colour};
+  if (!(record.size & kRawUtf16)) return {DecodeUtf8Exactly(QByteArrayView(data, record.size)), record.colour};
   const qsizetype units = (record.size & ~kRawUtf16) / qsizetype(sizeof(char16_t));
   QString text(units, Qt::Uninitialized);
   std::memcpy(text.data(), data, size_t(units) * sizeof(char16_t));

@@ -62,9 +62,14 @@ int NickList::LowerBound(QStringView sortKey) const {
   return static_cast<int>(it - sorted_.begin());
 }
 
-int NickList::FindInSorted(QStringView sortKey) const {
-  const int at = LowerBound(sortKey);
-  if (at < Count() && sorted_[at].sortKey.compare(sortKey, Qt::CaseInsensitive) == 0) return at;
+// Sort keys can collide: the voiced "bo" and the plain "1bo" both sort as "1bo". So every
+// entry with the key is looked at, and only one of the asked group counts.
+int NickList::FindInSorted(QStringView sortKey, NickRank rank) const {
+  for (int at = LowerBound(sortKey); at < static_cast<int>(sorted_.size()); ++at) {
+    const NickEntry& entry = sorted_[at];
+    if (entry.sortKey.compare(sortKey, Qt::CaseInsensitive) != 0) break;
+    if (SortKeyFor(entry.rank, {}) == SortKeyFor(rank, {})) return at;
+  }
   return -1;
 }
 
@@ -73,8 +78,8 @@ int NickList::Find(QStringView nick) const {
   Settle();
   const QStringView bare = Bare(nick);
   for (NickRank rank : {NickRank::Operator, NickRank::Voiced, NickRank::Plain}) {
-    const int at = FindInSorted(SortKeyFor(rank, bare));
-    if (at >= 0 && SortKeyFor(sorted_[at].rank, bare) == SortKeyFor(rank, bare)) return at;
+    const int at = FindInSorted(SortKeyFor(rank, bare), rank);
+    if (at >= 0) return at;
   }
   return -1;
 }

@@ -45,7 +45,7 @@ class NickList {
  private:
   void Settle() const;
   int LowerBound(QStringView sortKey) const;
-  int FindInSorted(QStringView sortKey) const;
+  int FindInSorted(QStringView sortKey, NickRank rank) const;
 
   mutable std::vector<NickEntry> sorted_;
   mutable std::vector<NickEntry> pending_;

@@ -341,3 +341,16 @@ TEST(ServerListPickPort, HugeRangeIsCountedNotListed) {
 }
 
 }  // namespace
+
+namespace {
+
+// Found by fuzzing: a network name starting with U+FEFF came back as a byte-order mark.
+TEST(ServerListRegression, ALeadingByteOrderMarkInTheFirstFieldDoesNotRoundTripWrong) {
+  const ServerList once = ParseServerList("\xEF\xBB\xBF\xEF\xBB\xBFNet\tirc.example\t6667\t\r\n");
+  const ServerList twice = ParseServerList(FormatServerList(once));
+  ASSERT_EQ(twice.Count(), 1);
+  EXPECT_EQ(twice.Entries(), once.Entries());
+  EXPECT_EQ(once.ServerAt(0)->network, QStringLiteral("Net"));
+}
+
+}  // namespace

@@ -213,3 +213,30 @@ TEST(SettingsStore, FileSurvivesACrashMidWrite) {
 }
 
 }  // namespace
+
+namespace {
+
+// Found by fuzzing: values the file could not carry as quoted UTF-8 text.
+TEST(SettingsFileRegression, NulAndLoneSurrogatesReadBackAsStored) {
+  QTemporaryDir dir;
+  const QString lone = QStringLiteral("a") + QChar(0xD83D) + QStringLiteral("b");
+  {
+    SettingsStore store(dir.path());
+    store.SetString(u"lone", lone, 10);
+  }
+  SettingsStore again(dir.path());
+  QString text;
+  ASSERT_TRUE(again.GetString(u"lone", text, 10));
+  EXPECT_EQ(text, lone);
+
+  QFile file(dir.path() + QStringLiteral("/settings.reg"));
+  ASSERT_TRUE(file.open(QIODevice::Append));
+  const QByteArray nul("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kelvane\\Tolv]\n\"nul\"=\"ab\0cd\"\n", 57);
+  file.write(nul);
+  file.close();
+  SettingsStore third(dir.path());
+  ASSERT_TRUE(third.GetString(u"nul", text, 10));
+  EXPECT_EQ(text, QStringLiteral("ab"));  // a string ends at its terminator
+}
+
+}  // namespace

@@ -126,3 +126,15 @@ TEST(LineStore, ClearEmptiesAndStaysUsable) {
 }
 
 }  // namespace
+
+namespace {
+
+// Found by fuzzing: a line starting with U+FEFF lost it on the way back out of storage.
+TEST(LineStoreRegression, ALeadingByteOrderMarkIsKept) {
+  LineStore store;
+  const QString line = QString(QChar(0xFEFF)) + QStringLiteral("text");
+  store.Append(line, 0);
+  EXPECT_EQ(store.Line(0).text, line);
+}
+
+}  // namespace

@@ -74,3 +74,19 @@ TEST(NickList, SetRankMovesTheEntryAndShowsOperatorsWithVoiceAsOperators) {
 }
 
 }  // namespace
+
+namespace {
+
+// Found by fuzzing: the voiced "bo" and the plain "1bo" share the sort key "1bo".
+TEST(NickList, CollidingSortKeysStillFindTheRightEntry) {
+  NickList list;
+  list.AddUnchecked(u"1bo");
+  list.AddUnchecked(u"+bo");
+  EXPECT_EQ(list.At(list.Find(u"bo")).shown, u"+bo"_s);
+  EXPECT_EQ(list.At(list.Find(u"1bo")).shown, u"1bo"_s);
+  EXPECT_TRUE(list.Remove(u"+bo"));
+  EXPECT_EQ(Shown(list), QStringList{u"1bo"_s});
+  EXPECT_FALSE(list.Remove(u"bo"));
+}
+
+}  // namespace
