@@ -101,12 +101,16 @@ bool NickList::Remove(QStringView nick) {
   return true;
 }
 
+// The rank stays with the entry, so "@" and "+" in front of the new nick are not kept: a
+// nick made only of them (which no server allows) renames nothing.
 bool NickList::Rename(QStringView oldNick, QStringView newNick) {
+  while (newNick.startsWith(u'@') || newNick.startsWith(u'+')) newNick = newNick.sliced(1);
+  if (newNick.isEmpty()) return false;
   const int at = Find(oldNick);
   if (at < 0) return false;
   const NickRank rank = sorted_[at].rank;
   sorted_.erase(sorted_.begin() + at);
-  NickEntry entry = MakeEntry(rank, Bare(newNick));
+  NickEntry entry = MakeEntry(rank, newNick);
   auto where = std::upper_bound(sorted_.begin(), sorted_.end(), entry, EntryLess);
   sorted_.insert(where, std::move(entry));
   return true;

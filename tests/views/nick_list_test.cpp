@@ -89,4 +89,15 @@ TEST(NickList, CollidingSortKeysStillFindTheRightEntry) {
   EXPECT_FALSE(list.Remove(u"bo"));
 }
 
+// Found by fuzzing: a rename to "@+" left an entry shown "+" that no look-up could find.
+TEST(NickList, RenameToPrefixCharactersOnlyRenamesNothing) {
+  NickList list;
+  list.Add(u"bob");
+  list.Add(u"+amy");
+  EXPECT_FALSE(list.Rename(u"bob", u"@+"));
+  EXPECT_TRUE(list.Rename(u"amy", u"@+ann"));
+  EXPECT_EQ(Shown(list), (QStringList{u"+ann"_s, u"bob"_s}));
+  EXPECT_EQ(list.Find(u"ann"), 0);
+}
+
 }  // namespace
