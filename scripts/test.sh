@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs the whole test suite: once as built for users, then once more
-# under AddressSanitizer, UndefinedBehaviorSanitizer and LeakSanitizer, where any report
-# fails its test. TOLV_SKIP_SANITIZERS=1 skips the second run (for quick local checks).
+# Sets up, builds and runs the whole test suite: once as built for users, then a short,
+# repeatable run of every fuzz target, then the suite once more under AddressSanitizer,
+# UndefinedBehaviorSanitizer and LeakSanitizer, where any report fails its test.
+# TOLV_SKIP_SANITIZERS=1 skips the last two (for quick local checks).
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 "$top/scripts/setup.sh"
@@ -10,6 +11,8 @@ top=$(cd "$(dirname "$0")/.." && pwd)
 (cd "${TOLV_BUILD_DIR:-$top/build}" && ctest --output-on-failure --parallel "$(nproc)" --timeout 300)
 
 [[ ${TOLV_SKIP_SANITIZERS:-0} == 1 ]] && exit 0
+TOLV_FUZZ_SEED=1 TOLV_FUZZ_RUNS=20000 "$top/scripts/fuzz.sh" 12
+
 TOLV_BUILD_DIR="$top/build-asan" "$top/scripts/build.sh" -DTOLV_SANITIZE=ON -DTOLV_BUILD_BENCH=OFF
 cd "$top/build-asan"
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1

@@ -1,0 +1,19 @@
+#pragma once
+// Where the fuzz targets keep their files: in memory under /dev/shm when there is one,
+// since the settings store syncs every file it writes and a disk would make that the
+// cost of every input; otherwise the usual temporary folder.
+
+#include <QDir>
+#include <QFileInfo>
+#include <QString>
+
+namespace fuzz {
+
+inline QString TempDirTemplate() {
+  using namespace Qt::StringLiterals;
+  const QFileInfo shm(u"/dev/shm"_s);
+  const QString parent = shm.isDir() && shm.isWritable() ? shm.filePath() : QDir::tempPath();
+  return parent + u"/tolv-fuzz-XXXXXX"_s;
+}
+
+}  // namespace fuzz

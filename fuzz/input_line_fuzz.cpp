@@ -1,0 +1,65 @@
+// Lines typed into the input line, through SubmitInputText and the command parser, in a
+// whole client with a server connection (or none).
+//
+// Input layout: three header bytes, then the typed lines, one per LF.
+//   byte 0, byte 1  the settings and starting state (see fuzz::Profile)
+//   byte 2          bits 0-1: the tab in front (Status, #tolv, #Test, the chat with alice);
+//                   bit 2: the lines are raw UTF-16 (lone surrogates included) instead of UTF-8
+
+#include "commands/submit_input.h"
+#include "fuzz/fuzz_check.h"
+#include "fuzz/fuzz_client.h"
+
+#include <QByteArrayView>
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+
+namespace {
+
+QString Decode(QByteArrayView bytes, bool utf16) {
+  if (!utf16) return QString::fromUtf8(bytes);
+  return QString(reinterpret_cast<const QChar*>(bytes.data()), bytes.size() / 2);
+}
+
+// The colon rule only ever turns one blank into ":" and drops the leading "/".
+void CheckCommandLine(const QString& text) {
+  const qsizetype expected = text.size() - (text.startsWith(u'/') ? 1 : 0);
+  for (int trailingAfter = 0; trailingAfter < 4; ++trailingAfter) {
+    const QString line = CommandLine(text, trailingAfter);
+    FUZZ_CHECK(line.size() == expected, "CommandLine keeps every character but the /");
+    const QStringView original = QStringView(text).sliced(text.size() - expected);
+    qsizetype changed = 0;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+      if (line[i] == original[i]) continue;
+      FUZZ_CHECK(original[i] == u' ' && line[i] == u':', "only a blank becomes a colon");
+      ++changed;
+    }
+    FUZZ_CHECK(changed <= (trailingAfter > 0 ? 1 : 0), "at most one colon is put in");
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size < 3) return 0;
+  const fuzz::Profile profile{data[0], data[1]};
+  const bool utf16 = data[2] & 0x04;
+  {
+    fuzz::FuzzClient client(profile);
+    client.ctx.tabs.ActivateTab(data[2] & 0x03);
+    QByteArrayView rest(data + 3, qsizetype(size - 3));
+    while (!rest.isEmpty()) {
+      const qsizetype lf = rest.indexOf('\n');
+      const QByteArrayView line = lf < 0 ? rest : rest.first(lf);
+      rest = lf < 0 ? QByteArrayView() : rest.sliced(lf + 1);
+      const QString text = Decode(line, utf16);
+      CheckCommandLine(text);
+      SubmitInputText(client.ctx, text);
+      client.Drain();
+    }
+  }
+  if (profile.Logging()) fuzz::FuzzHome::Get().CheckAndClearLogs();
+  return 0;
+}

@@ -1,0 +1,71 @@
+// "servers.txt" as a hand-edited file may hold it: any bytes through ParseServerList, the
+// list written with FormatServerList and read back, and every port list through PickPort.
+// (favorites.txt has no parser yet; it joins this target when it has one.)
+//
+// What must hold:
+//  - the list reads back exactly what it wrote, and writing it again gives the same bytes;
+//  - every field keeps within its capacity and holds no CR, LF or NUL (no TAB either,
+//    the password aside);
+//  - PickPort draws a port of the list, or -1 exactly when the list yields none.
+
+#include "fuzz/fuzz_check.h"
+#include "net/server_list.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace {
+
+bool FieldFits(const QString& field, int capacity, bool tabAllowed) {
+  if (field.size() > capacity - 1) return false;
+  for (QChar c : field) {
+    if (c == u'\r' || c == u'\n' || c == QChar(0)) return false;
+    if (c == u'\t' && !tabAllowed) return false;
+  }
+  return true;
+}
+
+void CheckEntry(const ServerEntry& entry) {
+  FUZZ_CHECK(FieldFits(entry.network, ServerEntry::kNetworkCapacity, false), "network fits");
+  FUZZ_CHECK(FieldFits(entry.server, ServerEntry::kServerCapacity, false), "server fits");
+  FUZZ_CHECK(FieldFits(entry.ports, ServerEntry::kPortsCapacity, false), "ports fit");
+  FUZZ_CHECK(FieldFits(entry.password, ServerEntry::kPasswordCapacity, true), "password fits");
+}
+
+// The drawn port must be one the list names: a member of one of its ranges.
+void CheckPickPort(QStringView ports) {
+  const std::vector<PortRange> ranges = ParsePortList(ports);
+  const qint64 count = PortCount(ranges);
+  FUZZ_CHECK(count >= 0, "a port count is never negative");
+  const int port = PickPort(ports);
+  if (count == 0) {
+    FUZZ_CHECK(port == -1, "no port from a list that yields none");
+    return;
+  }
+  FUZZ_CHECK(port >= 0, "a list with ports yields a port");
+  bool member = false;
+  for (const PortRange& range : ranges)
+    member = member || (port >= range.first && port < range.first + range.count);
+  FUZZ_CHECK(member, "the drawn port is in the list");
+  FUZZ_CHECK(PortAt(ranges, 0) == int(ranges.front().first), "the first port is the first range's");
+  FUZZ_CHECK(PortAt(ranges, count) == -1, "no port past the end");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
+  const ServerList list = ParseServerList(bytes);
+  const QByteArray written = FormatServerList(list);
+  const ServerList reread = ParseServerList(written);
+  FUZZ_CHECK(reread.Entries() == list.Entries(), "the list reads back what it wrote");
+  FUZZ_CHECK(FormatServerList(reread) == written, "writing it again gives the same bytes");
+  for (const ServerEntry& entry : list.Entries()) {
+    CheckEntry(entry);
+    CheckPickPort(entry.ports);
+  }
+  // The ports field of a hand-edited file is short; the whole input as one port list
+  // also tries long lists, huge numbers and odd signs.
+  CheckPickPort(QString::fromLatin1(bytes));
+  return 0;
+}
