@@ -13,6 +13,7 @@
 #include "views/tab_bar.h"
 
 #include <QString>
+#include <functional>
 
 class SettingsStore;
 
@@ -34,6 +35,9 @@ class ClientContext : public SocketErrorSink {
   bool dccOfferBusy = false;
   NotifyList notify;  // the watched nicks and which of them are on IRC
   BanList banList;    // a ban list the user asked for, until its chooser takes it
+  // The reverse look-up of the own address; tests replace it so that no test ever asks
+  // a name server. Empty: the system resolver.
+  std::function<QString(const QString& address)> lookUpHostName;
   IgnoreMatcher ignoreMatcher;        // the ignore list, prepared
   HighlightMatcher highlightMatcher;  // the highlight list, prepared
 

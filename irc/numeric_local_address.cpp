@@ -33,6 +33,7 @@ QString HostNameOf(const QString& address) {
   sockaddr_in socketAddress{};
   socketAddress.sin_family = AF_INET;
   socketAddress.sin_addr.s_addr = inet_addr(address.toLatin1().constData());
+  if (socketAddress.sin_addr.s_addr == INADDR_NONE) return address;  // no address to look up
   char host[kHostCapacity] = {};
   char service[kServiceCapacity] = {};
   if (getnameinfo(reinterpret_cast<const sockaddr*>(&socketAddress), sizeof socketAddress, host,
@@ -52,9 +53,10 @@ bool LookUpOnThread(ClientContext& ctx, const QString& address) {
   if (QCoreApplication::instance() == nullptr) return false;
   QPointer<TabBar> alive(&ctx.tabs);
   ClientContext* context = &ctx;
+  const auto lookUp = ctx.lookUpHostName ? ctx.lookUpHostName : HostNameOf;
   try {
-    std::thread([alive, context, address] {
-      const QString hostName = HostNameOf(address);
+    std::thread([alive, context, address, lookUp] {
+      const QString hostName = lookUp(address);
       QMetaObject::invokeMethod(
           QCoreApplication::instance(),
           [alive, context, hostName, address] {
@@ -75,5 +77,6 @@ void LearnLocalAddress(ClientContext& ctx, const QString& userhostReply) {
   if (at < 0 || at + 1 >= userhostReply.size()) return;
   const QString address = userhostReply.sliced(at + 1);
   ctx.settings.SetString(u"LocalHost", address, static_cast<int>(address.size()) + 1);
-  if (!LookUpOnThread(ctx, address)) ShowLocalHost(ctx, HostNameOf(address), address);
+  if (LookUpOnThread(ctx, address)) return;
+  ShowLocalHost(ctx, ctx.lookUpHostName ? ctx.lookUpHostName(address) : HostNameOf(address), address);
 }
