@@ -33,6 +33,12 @@ CC=clang CXX=clang++ cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Rel
   -DTOLV_FUZZ=ON -DTOLV_BUILD_TESTS=OFF -DTOLV_BUILD_BENCH=OFF >/dev/null
 cmake --build "$build" --target tolv_fuzz --parallel "$(nproc)"
 
+# The targets' settings and log folders, in memory when possible; a target stopped by a
+# finding cannot remove its own, so the whole folder goes at the end.
+scratch=$(mktemp -d /dev/shm/tolv-fuzz-run.XXXXXX 2>/dev/null || mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+export TOLV_FUZZ_TMPDIR=$scratch
+
 # Any sanitizer report ends the run as a finding.
 export ASAN_OPTIONS=detect_leaks=1
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
