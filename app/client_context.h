@@ -4,6 +4,7 @@
 // flags the handlers share. Tests build as many as they like.
 
 #include "app/shell.h"
+#include "commands/input_history.h"
 #include "irc/notify_list.h"
 #include "irc/numeric_handlers.h"
 #include "irc/word_matchers.h"
@@ -15,7 +16,9 @@
 #include <QString>
 #include <functional>
 
+class DccStarter;
 class SettingsStore;
+class WordTeacher;
 
 class ClientContext : public SocketErrorSink {
  public:
@@ -40,6 +43,10 @@ class ClientContext : public SocketErrorSink {
   std::function<QString(const QString& address)> lookUpHostName;
   IgnoreMatcher ignoreMatcher;        // the ignore list, prepared
   HighlightMatcher highlightMatcher;  // the highlight list, prepared
+  InputHistory history;               // the input line's earlier lines
+  // Attached by the front end once they exist; commands cope without them.
+  DccStarter* dcc = nullptr;
+  WordTeacher* wordTeacher = nullptr;
 
   // "* [N] Software caused connection abort" on Status in the Info colour; the connection
   // then ends on the next tick.

@@ -1,5 +1,8 @@
 #include "app/headless_front_end.h"
 
+#include "commands/command_ids.h"
+#include "commands/menu_commands.h"
+#include "commands/popup_actions.h"
 #include "commands/submit_input.h"
 #include "views/output_path.h"
 
@@ -15,7 +18,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QChar kEsc = QChar(0x1b);
-constexpr int kConnectCommand = 40008;
 
 void Notice(const QString& word, const QStringList& fields) {
   WriteOutputLine(kEsc + word + u'\t' + fields.join(u'\t'));
@@ -46,15 +48,47 @@ void HeadlessShell::ShowMessage(const QString& title, const QString& text) {
 }
 
 bool HeadlessShell::AskYesNo(const QString& title, const QString& text) {
-  const std::optional<QString> answer = WaitForAnswer(title, text);
+  const std::optional<QString> answer = WaitForAnswer(u"prompt"_s, {title, text});
   return answer && *answer == u"yes"_s;
 }
 
+// A dialog whose OK is greyed cannot be confirmed; neither can its script stand-in.
 std::optional<QString> HeadlessShell::AskText(const QString& title, const QString& label,
-                                              const QString&) {
-  const std::optional<QString> answer = WaitForAnswer(title, label);
-  if (!answer || !answer->startsWith(u"ok"_s)) return std::nullopt;
-  return answer->mid(3);
+                                              const QString&, EmptyAnswer empty) {
+  while (true) {
+    const std::optional<QString> answer = WaitForAnswer(u"prompt"_s, {title, label});
+    if (!answer || !answer->startsWith(u"ok"_s)) return std::nullopt;
+    const QString text = answer->mid(3).left(250);
+    if (!text.isEmpty() || empty == EmptyAnswer::Allowed) return text;
+    Notice(u"error"_s, {u"OK needs a text"_s});
+  }
+}
+
+std::optional<std::pair<QString, QString>> HeadlessShell::AskTwoTexts(const QString& title,
+                                                                      const QString& firstLabel,
+                                                                      const QString& secondLabel) {
+  while (true) {
+    const std::optional<QString> answer =
+        WaitForAnswer(u"prompt"_s, {title, firstLabel, secondLabel});
+    if (!answer || !answer->startsWith(u"ok"_s)) return std::nullopt;
+    const QString both = answer->mid(3);
+    const QString first = both.section(u'\t', 0, 0).left(250);
+    const QString second = both.section(u'\t', 1).left(250);
+    if (!first.isEmpty() && !second.isEmpty()) return std::pair{first, second};
+    Notice(u"error"_s, {u"OK needs both texts"_s});
+  }
+}
+
+std::optional<int> HeadlessShell::PickFromList(const QString& title, const QString& label,
+                                               const QStringList& entries,
+                                               const QString& acceptText) {
+  const std::optional<QString> answer =
+      WaitForAnswer(u"list"_s, QStringList{title, label, acceptText} + entries);
+  if (!answer || !answer->startsWith(u"pick "_s)) return std::nullopt;
+  bool ok = false;
+  const int index = answer->mid(5).toInt(&ok);
+  if (!ok || index < 0 || index >= entries.size()) return std::nullopt;
+  return index;
 }
 
 void HeadlessShell::PlaySound(const QString& file) { Notice(u"sound"_s, {file}); }
@@ -81,8 +115,9 @@ bool HeadlessShell::ReadLineBlocking(QByteArray& pending, QString& line) {
 
 // Questions are modal: the core waits here until the answer line comes. Anything else
 // read meanwhile is kept and handled after the answer.
-std::optional<QString> HeadlessShell::WaitForAnswer(const QString& title, const QString& label) {
-  Notice(u"prompt"_s, {title, label});
+std::optional<QString> HeadlessShell::WaitForAnswer(const QString& kind,
+                                                   const QStringList& fields) {
+  Notice(kind, fields);
   const QString marker = kEsc + u"answer "_s;
   QString line;
   while (ReadLineBlocking(pending_, line)) {
@@ -136,9 +171,12 @@ void HeadlessFrontEnd::HandleLine(const QString& line) {
 
 void HeadlessFrontEnd::HandleControl(QStringView command) {
   if (command.startsWith(u"menu ")) {
+    const QStringView arguments = command.sliced(5).trimmed();
+    const qsizetype blank = arguments.indexOf(u' ');
     bool ok = false;
-    const int number = command.sliced(5).trimmed().toInt(&ok);
-    return ok ? RunMenuCommand(number) : Notice(u"error"_s, {u"not a menu command number"_s});
+    const int number = arguments.first(blank < 0 ? arguments.size() : blank).toInt(&ok);
+    if (!ok) return Notice(u"error"_s, {u"not a menu command number"_s});
+    return RunMenuCommand(number, blank < 0 ? QStringView() : arguments.sliced(blank + 1));
   }
   if (command.startsWith(u"tab ")) {
     const QStringView name = command.sliced(4);
@@ -160,8 +198,26 @@ void HeadlessFrontEnd::PrintNicks(QStringView channel) {
   Notice(u"nicks"_s, {channel.toString(), shown.join(u' ')});
 }
 
-void HeadlessFrontEnd::RunMenuCommand(int command) {
-  if (command == kConnectCommand) return session_.ToggleConnection();
+// The main menu's commands by number; with a nick, the nick list's item for that nick in
+// the current channel; otherwise the current tab's pop-up item.
+void HeadlessFrontEnd::RunMenuCommand(int command, QStringView nick) {
+  switch (command) {
+    case kCmdConnect: return session_.ToggleConnection();
+    case kCmdExit: return EndOfInput();
+    case kCmdColoursDefault: return ResetColourPalette(ctx_);
+  }
+  if (command >= kCmdJoin && command <= kCmdUserhost && nick.isEmpty()) {
+    if (::RunMenuCommand(ctx_, command)) session_.RequestDisconnect();
+    return;
+  }
+  if (!nick.isEmpty()) return RunNickListAction(ctx_, command, nick);
+  const int current = ctx_.tabs.Current();
+  const ConversationTab* tab = ctx_.tabs.At(current);
+  if (command >= kCmdPing && command <= kCmdAway + 1 && tab) {
+    if (tab->kind == TabKind::Channel) return RunChannelTabAction(ctx_, command, current);
+    if (tab->kind == TabKind::Chat) return RunChatTabAction(ctx_, command, current);
+    if (tab->kind == TabKind::Status) return RunStatusTabAction(ctx_, command);
+  }
   Notice(u"error"_s, {u"menu command "_s + QString::number(command) + u" is not available"_s});
 }
 

@@ -7,7 +7,16 @@ class NullShell : public Shell {
  public:
   void ShowMessage(const QString&, const QString&) override {}
   bool AskYesNo(const QString&, const QString&) override { return false; }
-  std::optional<QString> AskText(const QString&, const QString&, const QString&) override {
+  std::optional<QString> AskText(const QString&, const QString&, const QString&,
+                                 EmptyAnswer) override {
+    return std::nullopt;
+  }
+  std::optional<std::pair<QString, QString>> AskTwoTexts(const QString&, const QString&,
+                                                         const QString&) override {
+    return std::nullopt;
+  }
+  std::optional<int> PickFromList(const QString&, const QString&, const QStringList&,
+                                  const QString&) override {
     return std::nullopt;
   }
   void PlaySound(const QString&) override {}

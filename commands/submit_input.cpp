@@ -1,34 +1,90 @@
 #include "commands/submit_input.h"
 
-#include "app/client_context.h"
+#include "commands/command_parts.h"
+#include "dcc/dcc_starter.h"
 #include "settings/settings_store.h"
-#include "views/output_path.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-void PrintCurrent(ClientContext& ctx, QStringView text, quint32 colour) {
-  PrintToTab(ctx.tabs, ctx.tabs.Current(), text, colour);
-}
-
-bool Connected(const ClientContext& ctx) { return ctx.session.serverSocket != kNoSocket; }
+// "partmsg" and "quitmsg" are read with this many units.
+constexpr int kReasonUnits = 500;
 
 void SayInCurrentTab(ClientContext& ctx, const QString& text) {
   TabKind kind = TabKind::Status;
   const std::optional<QString> name = ctx.tabs.CurrentTabName(&kind);
-  if (!name || (kind != TabKind::Channel && kind != TabKind::Chat)) {
-    if (kind == TabKind::DccChat) return;  // DCC chats get their own sender
-    PrintCurrent(ctx, u"* You're not on a channel", kNavy);
-    return;
+  if (name && kind == TabKind::DccChat) {
+    if (ctx.dcc) return ctx.dcc->SayInChat(ctx.tabs.At(ctx.tabs.Current())->id, text);
+    return PrintInCurrentTab(ctx, u"* DCC is not available in this version"_s,
+                             ctx.Colour(LineStyle::Info));
   }
-  if (!Connected(ctx)) {
-    PrintCurrent(ctx, u"* Not connected to server", kNavy);
-    return;
-  }
-  PrintCurrent(ctx, u'<' + ctx.session.currentNick + u"> "_s + text, ctx.Colour(LineStyle::Normal));
+  if (!name || (kind != TabKind::Channel && kind != TabKind::Chat))
+    return PrintInCurrentTab(ctx, u"* You're not on a channel", kNavy);
+  if (!IsConnected(ctx)) return PrintInCurrentTab(ctx, u"* Not connected to server", kNavy);
+  PrintInCurrentTab(ctx, OwnLine(ctx, text), ctx.Colour(LineStyle::Normal));
+  TeachSentWords(ctx, text);
   ctx.SendToServer(u"PRIVMSG "_s + *name + u" :"_s + text);
 }
+
+QString SettingText(const ClientContext& ctx, QStringView name) {
+  QString value;
+  ctx.settings.GetString(name, value, kReasonUnits);
+  return value;
+}
+
+// "/part" alone is sent as "part"; a channel alone gets "partmsg" as its reason.
+bool RunPart(ClientContext& ctx, const QString& text) {
+  QString line = CommandLine(text, 2);
+  const QString reason = SettingText(ctx, u"partmsg");
+  if (!CommandWord(text, 1).isEmpty() && TextAfterWords(text, 2).isEmpty() && !reason.isEmpty())
+    line = CommandLine(text.trimmed(), 0) + u" :"_s + reason;
+  ctx.SendToServer(line);
+  return false;
+}
+
+bool RunQuit(ClientContext& ctx, const QString& text) {
+  QString line = CommandLine(text, 1);
+  const QString reason = SettingText(ctx, u"quitmsg");
+  if (TextAfterWords(text, 1).isEmpty() && !reason.isEmpty())
+    line = CommandLine(text.trimmed(), 0) + u" :"_s + reason;
+  ctx.SendToServer(line);
+  return true;
+}
+
+// The answers to these are the user's to see, not the notify poll's or the DCC address's.
+bool RunIson(ClientContext& ctx, const QString& text) {
+  ctx.isonRequested = true;
+  ctx.SendToServer(CommandLine(text, 1));
+  return false;
+}
+
+bool RunUserhost(ClientContext& ctx, const QString& text) {
+  ctx.userhostRequested = true;
+  ctx.SendToServer(CommandLine(text, 0));
+  return false;
+}
+
+bool RunQuote(ClientContext& ctx, const QString& text) {
+  const qsizetype blank = text.indexOf(u' ');
+  if (blank >= 0) ctx.SendToServer(QStringView(text).sliced(blank + 1));
+  return false;
+}
+
+struct CommandRow {
+  QStringView word;
+  int trailingAfter;                                // for rows without their own runner
+  bool (*run)(ClientContext&, const QString& text);  // nullptr: send by the rule
+};
+
+// Every other word is sent as typed, without the "/".
+constexpr CommandRow kCommands[] = {
+    {u"/part", 2, RunPart},       {u"/quit", 1, RunQuit},   {u"/topic", 2, nullptr},
+    {u"/kick", 3, nullptr},       {u"/away", 1, nullptr},   {u"/ison", 1, RunIson},
+    {u"/userhost", 0, RunUserhost}, {u"/me", 0, RunMe},     {u"/msg", 0, RunMsg},
+    {u"/notice", 2, RunNotice},   {u"/query", 0, RunQuery}, {u"/ping", 0, RunPing},
+    {u"/dcc", 0, RunDcc},         {u"/quote", 0, RunQuote},
+};
 
 }  // namespace
 
@@ -48,28 +104,20 @@ QString CommandLine(QStringView text, int trailingAfter) {
   return line;
 }
 
-// The command table grows with the command parser; every word not in it is sent as typed.
 bool RunCommand(ClientContext& ctx, const QString& text) {
-  const QString word = text.section(u' ', 0, 0);
-  if (!Connected(ctx)) {
-    PrintCurrent(ctx, u"* "_s + word + u": not connected to server"_s, ctx.Colour(LineStyle::Info));
+  const QStringView word = CommandWord(text, 0);
+  if (!IsConnected(ctx)) {
+    PrintInCurrentTab(ctx, u"* "_s + word.toString() + u": not connected to server"_s,
+                      ctx.Colour(LineStyle::Info));
     return false;
   }
-  if (word.compare(u"/quit", Qt::CaseInsensitive) == 0) {
-    QString line = CommandLine(text, 1);
-    QString quitMessage;
-    ctx.settings.GetString(u"quitmsg", quitMessage, 500);
-    if (!text.contains(u' ') && !quitMessage.isEmpty()) line += u" :"_s + quitMessage;
-    ctx.SendToServer(line);
-    return true;
-  }
-  // The answers to these are the user's to see, not the notify poll's or the DCC address's.
-  if (word.compare(u"/ison", Qt::CaseInsensitive) == 0) {
-    ctx.isonRequested = true;
-    ctx.SendToServer(CommandLine(text, 1));
+  TeachSentWords(ctx, text);
+  for (const CommandRow& row : kCommands) {
+    if (word.compare(row.word, Qt::CaseInsensitive) != 0) continue;
+    if (row.run) return row.run(ctx, text);
+    ctx.SendToServer(CommandLine(text, row.trailingAfter));
     return false;
   }
-  if (word.compare(u"/userhost", Qt::CaseInsensitive) == 0) ctx.userhostRequested = true;
   ctx.SendToServer(CommandLine(text, 0));
   return false;
 }
@@ -77,6 +125,7 @@ bool RunCommand(ClientContext& ctx, const QString& text) {
 bool SubmitInputText(ClientContext& ctx, QString text) {
   while (text.endsWith(u' ')) text.chop(1);
   if (text.isEmpty()) return false;
+  ctx.history.Add(text);
   if (text.startsWith(u'/')) return RunCommand(ctx, text);
   SayInCurrentTab(ctx, text);
   return false;

@@ -1,18 +1,18 @@
 #pragma once
-// What happens to a line the user confirmed in the input line.
+// What happens to a line the user confirmed in the input line, and to "/" command lines
+// from menus and handlers as if typed.
 
 #include <QString>
+#include <QStringView>
 
 class ClientContext;
 
-// The fixed colour of the input line's own error texts: navy.
-inline constexpr quint32 kNavy = 0x800000;
-
-// Text goes to the current Channel or Chat tab; a "/" line is a command. True when the
-// line was a "/quit", so that the session does not reconnect.
+// Text goes to the current Channel or Chat tab (or its DCC chat); a "/" line is a command.
+// The line joins the input history. True when it was a "/quit", so that the session does
+// not reconnect.
 bool SubmitInputText(ClientContext& ctx, QString text);
 
-// A "/" line from any source. True for "/quit".
+// A "/" line from any source, echoed in the current tab. True for "/quit".
 bool RunCommand(ClientContext& ctx, const QString& text);
 
 // Drops the "/" and, when `trailingAfter` is n >= 1, turns the last blank of the n-th run

@@ -48,9 +48,19 @@ class FuzzShell : public Shell {
 
   void ShowMessage(const QString&, const QString&) override { ++calls; }
   bool AskYesNo(const QString&, const QString&) override { return ++calls, false; }
-  std::optional<QString> AskText(const QString&, const QString&, const QString&) override {
+  std::optional<QString> AskText(const QString&, const QString&, const QString&,
+                                 EmptyAnswer) override {
     ++calls;
     return nickAnswer;
+  }
+  std::optional<std::pair<QString, QString>> AskTwoTexts(const QString&, const QString&,
+                                                         const QString&) override {
+    return ++calls, std::nullopt;
+  }
+  std::optional<int> PickFromList(const QString&, const QString&, const QStringList& entries,
+                                  const QString&) override {
+    ++calls;
+    return entries.isEmpty() ? std::nullopt : std::optional<int>(0);
   }
   void PlaySound(const QString&) override { ++calls; }
   void SetBusy(bool) override { ++calls; }

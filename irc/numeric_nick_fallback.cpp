@@ -24,7 +24,8 @@ void SendNick(ClientContext& ctx, const QString& nick) {
 
 void AskForNick(ClientContext& ctx) {
   const std::optional<QString> nick =
-      ctx.shell.AskText(u"Nickname already in use"_s, u"Enter a new nick:"_s, QString());
+      ctx.shell.AskText(u"Nickname already in use"_s, u"Enter a new nick:"_s, QString(),
+                        EmptyAnswer::Refused);
   if (nick) {
     SendNick(ctx, *nick);
     return;

@@ -3,6 +3,7 @@
 #include "irc/numeric_handlers.h"
 
 #include "app/client_context.h"
+#include "commands/popup_actions.h"
 #include "irc/server_message.h"
 #include "settings/settings_flags.h"
 
@@ -59,6 +60,6 @@ void OnMotdLine(ClientContext& ctx, NumericState& state, const ServerMessage& me
 }
 
 void OnNumeric(ClientContext& ctx, const ServerMessage& message) {
-  NumericState state{ctx.notify, ctx.banList, {}};  // the "Remove ban" chooser comes with the menus
+  NumericState state{ctx.notify, ctx.banList, BanListChooser};
   HandleNumeric(ctx, state, message);
 }

@@ -34,6 +34,7 @@ struct ConversationTab {
   QString name;
   quint32 labelColour = 0;  // 0x00BBGGRR of the last line printed while in the back
   int nickPaneWidth = 60;   // pixels, times the screen factor
+  bool followNewLines = true;  // the view scrolls to each new line ("Scroll On")
   std::unique_ptr<NickList> nickList;  // Channel tabs only
   std::unique_ptr<LineStore> lines = std::make_unique<LineStore>();
 };

@@ -117,6 +117,20 @@ void TabBar::CloseTabAt(int position) {
 
 void TabBar::CloseTabByView(TabId id) { CloseTabAt(FindTabByView(id)); }
 
+void TabBar::ClearLines(int position) {
+  ConversationTab* tab = At(position);
+  if (!tab) return;
+  tab->lines->Clear();
+  emit linesCleared(tab->id);
+}
+
+void TabBar::SetFollowNewLines(int position, bool follow) {
+  ConversationTab* tab = At(position);
+  if (!tab) return;
+  tab->followNewLines = follow;
+  emit followChanged(tab->id, follow);
+}
+
 void TabBar::CloseTabByName(QStringView name, TabKind kind) { CloseTabAt(FindTab(name, kind)); }
 
 // Status at position 0 is never a channel, so the walk stops above it.

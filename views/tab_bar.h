@@ -59,6 +59,9 @@ class TabBar : public QObject {
   void RejoinChannels(const std::function<void(const QString&)>& sendLine) const;
   void SetTabLabelColour(int position, quint32 colour);
   void SetNickPaneWidth(int position, int width);
+  // "Clear" in a tab's menu: every stored line goes; "Scroll On/Off" sets the follow flag.
+  void ClearLines(int position);
+  void SetFollowNewLines(int position, bool follow);
 
   int FindNick(QStringView channel, QStringView nick) const;
   bool AddNick(QStringView channel, QStringView nick);
@@ -78,6 +81,8 @@ class TabBar : public QObject {
   void labelColourChanged(int position);
   void labelsChanged();
   void linesAppended(TabId id, int position);
+  void linesCleared(TabId id);
+  void followChanged(TabId id, bool follow);
   void nickListChanged(TabId id);
   void eventSound(const QString& event);
   void balloonRequested(int position, const QString& line, quint32 colour);

@@ -61,13 +61,19 @@ TEST_F(HeadlessTolv, ConnectsTalksAndExitsAtTheEndOfInput) {
   EXPECT_TRUE(WaitForLine(u"\x1b" "error\tno prompt is waiting"_s));
   Type("\x1btab nowhere");
   EXPECT_TRUE(WaitForLine(u"\x1b" "error\tno tab named nowhere"_s));
+  Type("\x1bmenu 40009");
+  EXPECT_TRUE(WaitForLine(u"\x1b" "error\tmenu command 40009 is not available"_s));
   Type("\x1bmenu 40101");
-  EXPECT_TRUE(WaitForLine(u"\x1b" "error\tmenu command 40101 is not available"_s));
+  EXPECT_TRUE(WaitForLine(u"\x1bprompt\tJoin channel\tEnter channel to join:"_s));
+  Type("\x1b" "answer ok #menu");
+  EXPECT_TRUE(WaitForLine(u"#menu\t* Now talking in #menu"_s));
 
   tolv.closeWriteChannel();
   ASSERT_TRUE(RunUntil([&] { return tolv.state() == QProcess::NotRunning; }, 5000));
   output += QString::fromUtf8(tolv.readAllStandardOutput());
-  EXPECT_TRUE(output.endsWith(u"\x1bstate\tdisconnected\nStatus\t* Disconnected\n"_s)) << output.toStdString();
+  EXPECT_TRUE(output.endsWith(
+      u"\x1bstate\tdisconnected\nStatus\t* Disconnected\n#menu\t* Disconnected\n"_s))
+      << output.toStdString();
   EXPECT_EQ(tolv.exitCode(), 0);
 }
 

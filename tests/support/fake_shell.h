@@ -23,12 +23,24 @@ class FakeShell : public Shell {
   // Scripted answers, taken from the front one call at a time.
   QList<bool> yesNoAnswers;
   QList<std::optional<QString>> textAnswers;  // nullopt: Cancel
+  QList<std::optional<std::pair<QString, QString>>> twoTextAnswers;
+  QList<std::optional<int>> listAnswers;
 
   // What the core asked for, in order.
   QList<Message> messages;   // ShowMessage
   QList<Message> questions;  // AskYesNo
   QList<Message> prompts;    // AskText: title and label
   QStringList promptInitials;  // AskText: the initial text
+  QList<EmptyAnswer> promptEmptyRules;  // AskText: whether OK took an empty field
+  QList<QStringList> twoTextPrompts;    // AskTwoTexts: title, first label, second label
+  struct ListPrompt {
+    QString title;
+    QString label;
+    QStringList entries;
+    QString acceptText;
+    bool operator==(const ListPrompt&) const = default;
+  };
+  QList<ListPrompt> listPrompts;
   QStringList sounds;
   QList<bool> busyStates;
   QList<bool> connectionStates;
@@ -46,12 +58,30 @@ class FakeShell : public Shell {
   }
 
   std::optional<QString> AskText(const QString& title, const QString& label,
-                                 const QString& initial) override {
+                                 const QString& initial, EmptyAnswer empty) override {
     calls << QStringLiteral("AskText");
     prompts.append({title, label});
     promptInitials << initial;
+    promptEmptyRules << empty;
     if (textAnswers.isEmpty()) return std::nullopt;
     return textAnswers.takeFirst();
+  }
+
+  std::optional<std::pair<QString, QString>> AskTwoTexts(const QString& title,
+                                                         const QString& firstLabel,
+                                                         const QString& secondLabel) override {
+    calls << QStringLiteral("AskTwoTexts");
+    twoTextPrompts << QStringList{title, firstLabel, secondLabel};
+    if (twoTextAnswers.isEmpty()) return std::nullopt;
+    return twoTextAnswers.takeFirst();
+  }
+
+  std::optional<int> PickFromList(const QString& title, const QString& label,
+                                  const QStringList& entries, const QString& acceptText) override {
+    calls << QStringLiteral("PickFromList");
+    listPrompts.append({title, label, entries, acceptText});
+    if (listAnswers.isEmpty()) return std::nullopt;
+    return listAnswers.takeFirst();
   }
 
   void PlaySound(const QString& file) override {

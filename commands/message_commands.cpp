@@ -1,0 +1,90 @@
+// The commands that say something to someone: /me, /msg, /notice, /query and /ping.
+// They echo what was said, so the user sees their own words where they belong.
+
+#include "commands/command_parts.h"
+#include "commands/submit_input.h"
+#include "views/output_path.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QChar kCtcp = QChar(1);
+
+void PrintInsufficient(ClientContext& ctx, QStringView text) {
+  PrintInCurrentTab(ctx, u"* "_s + CommandWord(text, 0).toString() + u": insufficient parameters"_s,
+                    ctx.Colour(LineStyle::Info));
+}
+
+// "/msg bob hi" -> "/PRIVMSG bob hi": the word sent is always the upper-case one.
+QString AsPrivmsg(QStringView text) {
+  const QStringView word = CommandWord(text, 0);
+  const qsizetype end = (word.data() - text.data()) + word.size();
+  return u"/PRIVMSG"_s + text.sliced(end).toString();
+}
+
+}  // namespace
+
+bool RunMe(ClientContext& ctx, const QString& text) {
+  const QStringView said = TextAfterWords(text, 1);
+  if (said.isEmpty()) return PrintInsufficient(ctx, text), false;
+  TabKind kind = TabKind::Status;
+  const std::optional<QString> tab = ctx.tabs.CurrentTabName(&kind);
+  if (!tab || (kind != TabKind::Channel && kind != TabKind::Chat)) {
+    PrintToTab(ctx.tabs, 0, u"* /me: can't use /me in this window", kNavy);
+    return false;
+  }
+  ctx.SendToServer(u"PRIVMSG "_s + *tab + u" :"_s + kCtcp + u"ACTION "_s + said.toString() + kCtcp);
+  PrintInCurrentTab(ctx, u"* "_s + ctx.session.currentNick + u' ' + said.toString(),
+                    ctx.Colour(LineStyle::Action));
+  return false;
+}
+
+// Said in the conversation's own tab when there is one, else noted in the current tab.
+bool RunMsg(ClientContext& ctx, const QString& text) {
+  const QStringView target = CommandWord(text, 1);
+  const QStringView said = TextAfterWords(text, 2);
+  if (said.isEmpty()) return PrintInsufficient(ctx, text), false;
+  ctx.SendToServer(CommandLine(AsPrivmsg(text), 2));
+  const quint32 colour = ctx.Colour(LineStyle::Normal);
+  const int own = ctx.tabs.FindTab(target, TabKind::Any);
+  if (own >= 0) {
+    PrintToTab(ctx.tabs, own, OwnLine(ctx, said), colour);
+  } else {
+    PrintInCurrentTab(ctx, u"-> *"_s + target.toString() + u"* "_s + said.toString(), colour);
+  }
+  return false;
+}
+
+bool RunNotice(ClientContext& ctx, const QString& text) {
+  const QStringView said = TextAfterWords(text, 2);
+  if (said.isEmpty()) return PrintInsufficient(ctx, text), false;
+  ctx.SendToServer(CommandLine(text, 2));
+  PrintInCurrentTab(ctx, u"-> -"_s + CommandWord(text, 1).toString() + u"- "_s + said.toString(),
+                    ctx.Colour(LineStyle::Normal));
+  return false;
+}
+
+// Opens (or finds) the chat with the nick and brings it to the front; a channel name is
+// not a nick, so "/query #x" does nothing at all.
+bool RunQuery(ClientContext& ctx, const QString& text) {
+  const QStringView nick = CommandWord(text, 1);
+  if (nick.isEmpty()) return PrintInsufficient(ctx, text), false;
+  if (nick.startsWith(u'#') || nick.startsWith(u'&')) return false;
+  const int position = ctx.tabs.OpenTab(nick, TabKind::Chat);
+  ctx.tabs.ActivateTab(position);
+  const QStringView said = TextAfterWords(text, 2);
+  if (said.isEmpty()) return false;
+  ctx.SendToServer(CommandLine(AsPrivmsg(text), 2));
+  PrintToTab(ctx.tabs, position, OwnLine(ctx, said), ctx.Colour(LineStyle::Normal));
+  return false;
+}
+
+bool RunPing(ClientContext& ctx, const QString& text) {
+  const QStringView target = CommandWord(text, 1);
+  if (target.isEmpty()) return false;
+  const QString seconds = QString::number(ctx.tabs.Now().toSecsSinceEpoch());
+  ctx.SendToServer(u"PRIVMSG "_s + target.toString() + u" :"_s + kCtcp + u"PING "_s + seconds + kCtcp);
+  PrintInCurrentTab(ctx, u"-> ["_s + target.toString() + u"] PING"_s, ctx.Colour(LineStyle::Ping));
+  return false;
+}
