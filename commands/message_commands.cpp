@@ -16,11 +16,9 @@ void PrintInsufficient(ClientContext& ctx, QStringView text) {
                     ctx.Colour(LineStyle::Info));
 }
 
-// "/msg bob hi" -> "/PRIVMSG bob hi": the word sent is always the upper-case one.
-QString AsPrivmsg(QStringView text) {
-  const QStringView word = CommandWord(text, 0);
-  const qsizetype end = (word.data() - text.data()) + word.size();
-  return u"/PRIVMSG"_s + text.sliced(end).toString();
+// "/msg bob hi" and "/query bob hi" send the upper-case word whatever was typed.
+void SendPrivmsg(ClientContext& ctx, QStringView target, QStringView said) {
+  ctx.SendToServer(u"PRIVMSG "_s + target.toString() + u" :"_s + said.toString());
 }
 
 }  // namespace
@@ -45,7 +43,7 @@ bool RunMsg(ClientContext& ctx, const QString& text) {
   const QStringView target = CommandWord(text, 1);
   const QStringView said = TextAfterWords(text, 2);
   if (said.isEmpty()) return PrintInsufficient(ctx, text), false;
-  ctx.SendToServer(CommandLine(AsPrivmsg(text), 2));
+  SendPrivmsg(ctx, target, said);
   const quint32 colour = ctx.Colour(LineStyle::Normal);
   const int own = ctx.tabs.FindTab(target, TabKind::Any);
   if (own >= 0) {
@@ -75,7 +73,7 @@ bool RunQuery(ClientContext& ctx, const QString& text) {
   ctx.tabs.ActivateTab(position);
   const QStringView said = TextAfterWords(text, 2);
   if (said.isEmpty()) return false;
-  ctx.SendToServer(CommandLine(AsPrivmsg(text), 2));
+  SendPrivmsg(ctx, nick, said);
   PrintToTab(ctx.tabs, position, OwnLine(ctx, said), ctx.Colour(LineStyle::Normal));
   return false;
 }

@@ -96,7 +96,7 @@ QString CommandLine(QStringView text, int trailingAfter) {
     qsizetype end = i;
     while (end + 1 < line.size() && line[end + 1] == u' ') ++end;
     if (++runs == trailingAfter) {
-      if (end + 1 < line.size()) line[end] = u':';  // only when a character follows
+      if (end + 1 < line.size()) line.insert(end + 1, u':');  // only when a character follows
       break;
     }
     i = end;

@@ -15,6 +15,7 @@ bool SubmitInputText(ClientContext& ctx, QString text);
 // A "/" line from any source, echoed in the current tab. True for "/quit".
 bool RunCommand(ClientContext& ctx, const QString& text);
 
-// Drops the "/" and, when `trailingAfter` is n >= 1, turns the last blank of the n-th run
-// of blanks into ":" so that the rest becomes the trailing parameter.
+// Drops the "/" and, when `trailingAfter` is n >= 1, puts ":" behind the n-th run of
+// blanks so that the rest becomes the trailing parameter: "/topic #x hello world" with
+// n = 2 gives "topic #x :hello world". Nothing changes when no character follows the run.
 QString CommandLine(QStringView text, int trailingAfter);
