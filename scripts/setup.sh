@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev qt6-multimedia-dev libgl-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   ngircd python3
+  xvfb xdotool fonts-dejavu-core
   clang libclang-rt-14-dev
 )
 
