@@ -5,6 +5,7 @@
 
 #include "app/shell.h"
 #include "commands/input_history.h"
+#include "favorites/favorite_list.h"
 #include "irc/notify_list.h"
 #include "irc/numeric_handlers.h"
 #include "irc/word_matchers.h"
@@ -44,6 +45,7 @@ class ClientContext : public SocketErrorSink {
   IgnoreMatcher ignoreMatcher;        // the ignore list, prepared
   HighlightMatcher highlightMatcher;  // the highlight list, prepared
   InputHistory history;               // the input line's earlier lines
+  FavoriteList favorites;             // the Favorites menu; the front end loads it
   // Attached by the front end once they exist; commands cope without them.
   DccStarter* dcc = nullptr;
   WordTeacher* wordTeacher = nullptr;

@@ -4,6 +4,7 @@
 #include "commands/menu_commands.h"
 #include "commands/popup_actions.h"
 #include "commands/submit_input.h"
+#include "favorites/favorite_commands.h"
 #include "views/output_path.h"
 
 #include <QCoreApplication>
@@ -138,6 +139,8 @@ HeadlessFrontEnd::~HeadlessFrontEnd() = default;
 void HeadlessFrontEnd::Start(bool connectAtStart) {
   ctx_.tabs.OpenTab(u"Status", TabKind::Status);
   ctx_.tabs.ActivateTab(0);
+  ctx_.favorites.SetFilePath(FavoritesPath(ctx_.settings));
+  ctx_.favorites.Load();
   ::fcntl(STDIN_FILENO, F_SETFL, ::fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK);
   input_ = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);
   connect(input_.get(), &QSocketNotifier::activated, this, &HeadlessFrontEnd::ReadInput);
@@ -205,6 +208,13 @@ void HeadlessFrontEnd::RunMenuCommand(int command, QStringView nick) {
     case kCmdConnect: return session_.ToggleConnection();
     case kCmdExit: return EndOfInput();
     case kCmdColoursDefault: return ResetColourPalette(ctx_);
+  }
+  if (command >= kFirstFavoriteCommand && command <= kCmdFavoriteRemove) {
+    const std::optional<QString> text = RunFavoriteCommand(shell_, ctx_.favorites, command);
+    if (text) return Notice(u"insert"_s, {*text});
+    if (command < kCmdFavoriteAdd)
+      Notice(u"error"_s, {u"no favourite "_s + QString::number(command - kFirstFavoriteCommand)});
+    return;
   }
   if (command >= kCmdJoin && command <= kCmdUserhost && nick.isEmpty()) {
     if (::RunMenuCommand(ctx_, command)) session_.RequestDisconnect();

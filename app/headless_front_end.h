@@ -20,6 +20,7 @@
 //   ESC "list" TAB title TAB label TAB button TAB entries...   a list waits for a pick
 //   ESC "sound" TAB file                  a sound would play
 //   ESC "state" TAB "connected" | "disconnected"
+//   ESC "insert" TAB text                 a favourite would go into the input line
 //   ESC "error" TAB text                  a control line could not be carried out
 
 #include "app/client_context.h"

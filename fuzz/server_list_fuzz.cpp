@@ -1,13 +1,16 @@
-// "servers.txt" as a hand-edited file may hold it: any bytes through ParseServerList, the
-// list written with FormatServerList and read back, and every port list through PickPort.
-// (favorites.txt has no parser yet; it joins this target when it has one.)
+// The hand-edited text files of the home folder: the same bytes are read as "servers.txt"
+// (ParseServerList, FormatServerList, every port list through PickPort) and as
+// "favorites.txt" (FavoriteList::ParseFavorites and FormatFavorites).
 //
 // What must hold:
-//  - the list reads back exactly what it wrote, and writing it again gives the same bytes;
-//  - every field keeps within its capacity and holds no CR, LF or NUL (no TAB either,
-//    the password aside);
-//  - PickPort draws a port of the list, or -1 exactly when the list yields none.
+//  - each list reads back exactly what it wrote, and writing it again gives the same bytes;
+//  - every server field keeps within its capacity and holds no CR, LF or NUL (no TAB
+//    either, the password aside);
+//  - PickPort draws a port of the list, or -1 exactly when the list yields none;
+//  - at most 64 sentences are read, each of at most 64 units, none blank, none holding
+//    CR, LF, NUL or half a surrogate pair.
 
+#include "favorites/favorite_list.h"
 #include "fuzz/fuzz_check.h"
 #include "net/server_list.h"
 
@@ -51,6 +54,31 @@ void CheckPickPort(QStringView ports) {
   FUZZ_CHECK(PortAt(ranges, count) == -1, "no port past the end");
 }
 
+bool SentenceFits(const QString& sentence) {
+  if (sentence.size() > kFavoriteUnits || sentence.trimmed().isEmpty()) return false;
+  for (qsizetype i = 0; i < sentence.size(); ++i) {
+    const QChar c = sentence[i];
+    if (c == u'\r' || c == u'\n' || c == QChar(0)) return false;
+    const bool pairedHigh = i + 1 < sentence.size() && sentence[i + 1].isLowSurrogate();
+    const bool pairedLow = i > 0 && sentence[i - 1].isHighSurrogate();
+    if ((c.isHighSurrogate() && !pairedHigh) || (c.isLowSurrogate() && !pairedLow))
+      return false;
+  }
+  return true;
+}
+
+void CheckFavorites(const QByteArray& bytes) {
+  const QStringList sentences = FavoriteList::ParseFavorites(bytes);
+  FUZZ_CHECK(sentences.size() <= kFavoritesRead, "at most 64 sentences are read");
+  for (const QString& sentence : sentences)
+    FUZZ_CHECK(SentenceFits(sentence), "a sentence fits a menu item");
+  const QByteArray written = FavoriteList::FormatFavorites(sentences);
+  const QStringList reread = FavoriteList::ParseFavorites(written);
+  FUZZ_CHECK(reread == sentences, "the sentences read back what was written");
+  FUZZ_CHECK(FavoriteList::FormatFavorites(reread) == written,
+             "writing the sentences again gives the same bytes");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -67,5 +95,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   // The ports field of a hand-edited file is short; the whole input as one port list
   // also tries long lists, huge numbers and odd signs.
   CheckPickPort(QString::fromLatin1(bytes));
+  CheckFavorites(bytes);
   return 0;
 }
