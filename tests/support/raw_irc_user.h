@@ -4,6 +4,7 @@
 #include "support/test_app.h"
 
 #include <QByteArray>
+#include <QByteArrayList>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -34,6 +35,18 @@ class RawIrcUser {
       if (n > 0) seen_.append(buffer, n);
       return seen_.contains(text);
     }, milliseconds);
+  }
+
+  // The complete lines received so far, without their line ends; reads what has arrived.
+  QByteArrayList Lines() {
+    char buffer[4096];
+    ssize_t n = 0;
+    while ((n = ::recv(fd_, buffer, sizeof buffer, MSG_DONTWAIT)) > 0) seen_.append(buffer, n);
+    QByteArrayList lines = seen_.split('\n');
+    lines.removeLast();  // the part after the last line end is not a line yet
+    for (QByteArray& line : lines)
+      if (line.endsWith('\r')) line.chop(1);
+    return lines;
   }
 
   bool connected = false;
