@@ -27,19 +27,18 @@ QString SortKeyFor(NickRank rank, QStringView bare) {
 }  // namespace
 
 QStringView NickList::Bare(QStringView nick) {
-  if (nick.startsWith(u'@') || nick.startsWith(u'+')) return nick.sliced(1);
+  while (nick.startsWith(u'@') || nick.startsWith(u'+')) nick = nick.sliced(1);
   return nick;
 }
 
+// A server that sends every prefix ("@+dave") gives both bits; the entry shows the
+// highest, as for a nick that gained voice after op, so that its shown text always finds
+// it again.
 NickEntry NickList::MakeEntry(QStringView nick) {
-  NickEntry entry;
-  if (nick.startsWith(u'@'))
-    entry.rank = NickRank::Operator;
-  else if (nick.startsWith(u'+'))
-    entry.rank = NickRank::Voiced;
-  entry.shown = nick.toString();
-  entry.sortKey = SortKeyFor(entry.rank, Bare(nick));
-  return entry;
+  int bits = 0;
+  for (; nick.startsWith(u'@') || nick.startsWith(u'+'); nick = nick.sliced(1))
+    bits |= nick.startsWith(u'@') ? 2 : 1;
+  return MakeEntry(static_cast<NickRank>(bits), nick);
 }
 
 NickEntry NickList::MakeEntry(NickRank rank, QStringView bareNick) {

@@ -15,7 +15,7 @@ enum class NickRank : quint8 { Plain = 0, Voiced = 1, Operator = 2, OperatorVoic
 
 struct NickEntry {
   NickRank rank = NickRank::Plain;
-  QString shown;    // as received, "@" or "+" included
+  QString shown;    // "@" or "+" (by the rank) and the nick
   QString sortKey;  // "0" + nick for operators, "1" + nick for voiced, the nick otherwise
 };
 
@@ -40,6 +40,7 @@ class NickList {
 
   static NickEntry MakeEntry(QStringView nick);
   static NickEntry MakeEntry(NickRank rank, QStringView bareNick);
+  // The nick without every leading "@" and "+".
   static QStringView Bare(QStringView nick);
 
  private:

@@ -100,4 +100,19 @@ TEST(NickList, RenameToPrefixCharactersOnlyRenamesNothing) {
   EXPECT_EQ(list.Find(u"ann"), 0);
 }
 
+// Found by fuzzing: names "@+dave" (every prefix, as multi-prefix servers send) and then
+// "-o" left an entry shown "+dave" with no voice that no look-up could find.
+TEST(NickList, EveryPrefixOfANamesEntryCountsAndTheEntryStaysFindable) {
+  NickList list;
+  list.AddUnchecked(u"@+dave");
+  list.AddUnchecked(u"+@erin");
+  list.AddUnchecked(u"carl");
+  EXPECT_EQ(Shown(list), (QStringList{u"@dave"_s, u"@erin"_s, u"carl"_s}));
+  EXPECT_EQ(list.At(list.Find(u"@+dave")).rank, NickRank::OperatorVoiced);
+  EXPECT_TRUE(list.SetRank(u"dave", NickRank::Voiced));
+  EXPECT_EQ(Shown(list), (QStringList{u"@erin"_s, u"+dave"_s, u"carl"_s}));
+  EXPECT_TRUE(list.SetRank(u"+dave", NickRank::Plain));
+  for (int i = 0; i < list.Count(); ++i) EXPECT_EQ(list.Find(list.At(i).shown), i) << i;
+}
+
 }  // namespace
