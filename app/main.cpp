@@ -1,9 +1,11 @@
 // Start-up: the home folder and the settings are made ready before anything reads them.
-// With --headless the client runs on standard input and output; the window comes later,
-// and until then a start without --headless says where the files are and exits.
+// With --headless the client runs on standard input and output; otherwise it opens its
+// one window (a second start brings the running window to the front and ends).
 
 #include "app/headless_front_end.h"
 #include "app/home_folder.h"
+#include "app/main_window.h"
+#include "app/single_instance_window.h"
 #include "app/startup_notice_dialog.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
@@ -11,6 +13,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QScreen>
 #include <QTextStream>
 
 #include <cstring>
@@ -21,13 +24,37 @@ using namespace Qt::StringLiterals;
 namespace {
 
 bool HasDisplay() {
-  return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+  return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+         !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
 bool WantsHeadless(int argc, char** argv) {
   for (int i = 1; i < argc; ++i)
     if (std::strcmp(argv[i], "--headless") == 0) return true;
   return false;
+}
+
+// A pocket-sized portrait window on a desktop; the whole screen when it is that small.
+void ShowWindow(MainWindow& window) {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  const QSize available = screen ? screen->availableSize() : QSize(480, 640);
+  if (available.width() <= 480 || available.height() <= 640) {
+    window.showFullScreen();
+  } else {
+    window.resize(480, 640);
+    window.show();
+  }
+}
+
+int RunWindow(SettingsStore& store, bool connectAtStart) {
+  SingleInstance instance(store.HomeDir());
+  if (instance.RaiseRunningInstance()) return 0;
+  MainWindow window(store);
+  instance.Listen(&window);
+  ShowWindow(window);
+  if (!store.LoadProblem().isEmpty()) ShowStartupNotice(store.LoadProblem());
+  window.FinishStart(connectAtStart);
+  return QApplication::exec();
 }
 
 }  // namespace
@@ -59,11 +86,11 @@ int main(int argc, char** argv) {
     return QCoreApplication::exec();
   }
 
-  QTextStream out(stdout);
-  out << "Tolv home folder: " << home << "\nSettings: " << store.FilePath() << "\n";
-  if (!store.LoadProblem().isEmpty()) {
-    QTextStream(stderr) << store.LoadProblem() << "\n";
-    if (HasDisplay()) ShowStartupNotice(store.LoadProblem());
+  if (!HasDisplay()) {
+    QTextStream(stdout) << "Tolv home folder: " << home << "\nSettings: " << store.FilePath() << "\n";
+    if (!store.LoadProblem().isEmpty()) QTextStream(stderr) << store.LoadProblem() << "\n";
+    QTextStream(stderr) << "tolv: no display; use --headless to run without a window\n";
+    return 2;
   }
-  return 0;
+  return RunWindow(store, options.isSet(u"connect"_s));
 }

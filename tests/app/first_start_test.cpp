@@ -21,6 +21,7 @@ QString StartTolv(const QString& home) {
   env.insert(u"TOLV_HOME"_s, home);
   env.remove(u"DISPLAY"_s);
   env.remove(u"WAYLAND_DISPLAY"_s);
+  env.remove(u"QT_QPA_PLATFORM"_s);  // no display at all: it says where its files are and ends
   tolv.setProcessEnvironment(env);
   tolv.start(QStringLiteral(TOLV_BINARY), {});
   if (!tolv.waitForFinished(20000)) {

@@ -1,0 +1,36 @@
+#pragma once
+// The input line: an editable drop-down of earlier lines. Enter hands the text on; the
+// arrows step through the tabs while the line is empty (Alt with an arrow always does),
+// so that the caret still moves through a typed line; a held press or right click opens
+// the edit menu.
+
+#include <QComboBox>
+
+class QAbstractItemModel;
+
+class InputLineWidget : public QComboBox {
+  Q_OBJECT
+
+ public:
+  explicit InputLineWidget(QWidget* parent = nullptr);
+
+  void SetHistory(QAbstractItemModel* history);
+  // A favourite goes in at the caret, replacing any selection.
+  void InsertAtCaret(const QString& text);
+  // Builds the edit menu with its items greyed as the selection and clipboard say.
+  QMenu* MakeEditMenu(QWidget* parent);
+
+ signals:
+  void submitted(const QString& text);
+  void stepTab(int keyCode);  // 37 left, 39 right
+
+ protected:
+  // Keys reach either the field itself or the box, which hands them to the field
+  // directly: both roads end in HandleKey.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  bool HandleKey(const QKeyEvent& key);
+  void Submit();
+};

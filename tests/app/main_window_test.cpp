@@ -1,0 +1,154 @@
+// The window over a client whose server is one end of a socket pair: typed lines reach
+// the server, server lines open and fill tabs, the nick list answers a held press, and
+// the window's sizes follow its screen factor. Screenshots go to the build folder.
+
+#include "app/input_line_widget.h"
+#include "app/main_window.h"
+#include "irc/line_assembly.h"
+#include "settings/settings_defaults.h"
+#include "settings/settings_store.h"
+#include "support/test_app.h"
+#include "views/color_text_widget.h"
+#include "views/tab_strip_widget.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class MainWindowTest : public ::testing::Test {
+ protected:
+  MainWindowTest() {
+    InitialiseDefaults(settings);
+    settings.SetDword(u"tstamps", 0);
+    settings.SetDword(u"Options", settings.GetDword(u"Options") & ~0x40);  // no splash to tap away
+    window = std::make_unique<MainWindow>(settings);
+    window->FinishStart(false);
+    ClientContext& ctx = window->Context();
+    int pair[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM, 0, pair) == 0) {
+      ctx.session.serverSocket = pair[0];
+      peer_ = pair[1];
+    }
+    ctx.session.currentNick = u"me"_s;
+    ctx.session.serverHost = u"irc.test"_s;
+  }
+  ~MainWindowTest() override {
+    window.reset();
+    if (peer_ >= 0) close(peer_);
+  }
+
+  void Receive(const QString& lines) { SplitAndDispatch(window->Context(), lines.toUtf8()); }
+  QByteArray Sent() {
+    QByteArray out;
+    char chunk[4096];
+    for (ssize_t n; (n = recv(peer_, chunk, sizeof chunk, MSG_DONTWAIT)) > 0;) out.append(chunk, n);
+    return out;
+  }
+  void Type(const QString& text) {
+    QLineEdit* edit = window->InputLine()->lineEdit();
+    QTest::keyClicks(edit, text);
+    QTest::keyClick(edit, Qt::Key_Return);
+  }
+  void JoinChannelWithTalk() {
+    Receive(u":me!u@h JOIN #tolv\r\n"
+            ":irc.test 353 me = #tolv :@alice +bob me carol\r\n"
+            ":irc.test 366 me #tolv :End of NAMES list\r\n"
+            ":alice!a@h PRIVMSG #tolv :hello \x02" "bold\x02 and \x03" "4,12colour\x03 back\r\n"
+            ":bob!b@h PRIVMSG #tolv :\x01" "ACTION waves at everyone on this narrow screen\x01\r\n"
+            ":carol!c@h PRIVMSG #tolv :a long line that has to wrap on a phone sized window, "
+            "more than once, to show the rule\r\n"_s);
+    RunUntil([] { return false; }, 50);
+  }
+  void Screenshot(const QString& name) {
+    QDir().mkpath(QStringLiteral(TOLV_SCREENSHOT_DIR));
+    window->grab().save(QStringLiteral(TOLV_SCREENSHOT_DIR) + u'/' + name);
+  }
+
+  QTemporaryDir home;
+  SettingsStore settings{home.path()};
+  std::unique_ptr<MainWindow> window;
+
+ private:
+  int peer_ = -1;
+};
+
+TEST_F(MainWindowTest, TypedLinesReachTheServer) {
+  window->show();
+  Type(u"/join #tolv"_s);
+  EXPECT_EQ(Sent(), "join #tolv\n");
+  EXPECT_TRUE(window->InputLine()->currentText().isEmpty());
+  Type(u"hello"_s);  // Status: nothing is sent
+  EXPECT_EQ(Sent(), "");
+  EXPECT_EQ(window->Context().history.Entries(), (QStringList{u"hello"_s, u"/join #tolv"_s}));
+}
+
+TEST_F(MainWindowTest, AJoinOpensTheChannelWithItsNickList) {
+  window->show();
+  JoinChannelWithTalk();
+  EXPECT_EQ(window->Context().tabs.Current(), 1);
+  EXPECT_EQ(window->Strip()->currentIndex(), 1);
+  EXPECT_EQ(window->Strip()->count(), 2);
+  QListView* nicks = window->NickView();
+  EXPECT_TRUE(nicks->isVisible());
+  ASSERT_EQ(nicks->model()->rowCount(), 4);
+  EXPECT_EQ(nicks->model()->index(0, 0).data().toString(), u"@alice"_s);
+  Type(u"hi all"_s);
+  EXPECT_EQ(Sent(), "PRIVMSG #tolv :hi all\n");
+  window->Context().tabs.ActivateTab(0);
+  EXPECT_FALSE(nicks->isVisible());  // Status has no nick list
+}
+
+TEST_F(MainWindowTest, AHeldPressOnANickOpensItsMenu) {
+  window->show();
+  JoinChannelWithTalk();
+  QListView* nicks = window->NickView();
+  const QRect row = nicks->visualRect(nicks->model()->index(1, 0));
+  QStringList items;
+  QTimer::singleShot(1200, [&] {
+    if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+      for (QAction* action : menu->actions()) items << action->text();
+      menu->close();
+    }
+  });
+  QTest::mousePress(nicks->viewport(), Qt::LeftButton, {}, row.center());
+  RunUntil([&] { return !items.isEmpty(); }, 3000);
+  QTest::mouseRelease(nicks->viewport(), Qt::LeftButton, {}, row.center());
+  EXPECT_EQ(items.mid(0, 3), (QStringList{u"Query"_s, u"Notice"_s, u"Whois"_s}));
+  EXPECT_EQ(Sent(), "");  // closing the menu chooses nothing
+  window->RunNickMenuCommand(40307, nicks->model()->index(1, 0).data().toString());
+  EXPECT_EQ(Sent(), "MODE #tolv +o bob\n");
+}
+
+TEST_F(MainWindowTest, SizesFollowTheScreenFactor) {
+  const struct {
+    int width, height, factor, pixels;
+  } cases[] = {{240, 320, 1, 13}, {480, 640, 2, 26}, {320, 240, 1, 13}, {640, 480, 2, 26}};
+  window->show();
+  JoinChannelWithTalk();
+  for (const auto& c : cases) {
+    window->resize(c.width, c.height);
+    RunUntil([] { return false; }, 50);
+    EXPECT_EQ(window->ScaleFactor(), c.factor) << c.width;
+    EXPECT_EQ(window->InputLine()->font().pixelSize(), c.pixels) << c.width;
+    EXPECT_EQ(window->Strip()->font().pixelSize(), c.pixels) << c.width;
+    EXPECT_EQ(window->NickView()->font().pixelSize(), c.pixels) << c.width;
+    const ConversationTab* tab = window->Context().tabs.At(1);
+    EXPECT_EQ(window->TextViewOf(tab->id)->TextFont().pixelSize(), c.pixels) << c.width;
+    Screenshot(u"main_%1x%2.png"_s.arg(c.width).arg(c.height));
+  }
+}
+
+}  // namespace
