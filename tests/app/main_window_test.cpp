@@ -12,6 +12,9 @@
 #include "views/tab_strip_widget.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QMessageBox>
+#include <QMimeData>
 #include <QDir>
 #include <QLineEdit>
 #include <QListView>
@@ -149,6 +152,51 @@ TEST_F(MainWindowTest, SizesFollowTheScreenFactor) {
     EXPECT_EQ(window->TextViewOf(tab->id)->TextFont().pixelSize(), c.pixels) << c.width;
     Screenshot(u"main_%1x%2.png"_s.arg(c.width).arg(c.height));
   }
+}
+
+TEST_F(MainWindowTest, ArrowsStepTabsOnlyWhileTheLineIsEmpty) {
+  window->show();
+  JoinChannelWithTalk();
+  QLineEdit* edit = window->InputLine()->lineEdit();
+  QTest::keyClick(edit, Qt::Key_Left);
+  EXPECT_EQ(window->Context().tabs.Current(), 0);
+  QTest::keyClicks(edit, u"ab"_s);
+  QTest::keyClick(edit, Qt::Key_Right);
+  EXPECT_EQ(window->Context().tabs.Current(), 0);  // the caret moved instead
+  QTest::keyClick(edit, Qt::Key_Right, Qt::AltModifier);
+  EXPECT_EQ(window->Context().tabs.Current(), 1);
+}
+
+TEST_F(MainWindowTest, EditMenuGreysWhatCannotBeDone) {
+  window->show();
+  InputLineWidget* input = window->InputLine();
+  QApplication::clipboard()->setText(u"pasted"_s);
+  input->lineEdit()->setText(u"some text"_s);
+  const auto states = [&] {
+    std::unique_ptr<QMenu> menu(input->MakeEditMenu(window.get()));
+    QList<bool> enabled;
+    for (QAction* action : menu->actions()) enabled << action->isEnabled();
+    return enabled;
+  };
+  EXPECT_EQ(states(), (QList<bool>{false, false, true, false}));  // Cut, Copy, Paste, Delete
+  input->lineEdit()->selectAll();
+  auto* picture = new QMimeData;  // something on the clipboard, but no text
+  picture->setData(u"image/png"_s, QByteArray("\x89PNG"));
+  QApplication::clipboard()->setMimeData(picture);
+  EXPECT_EQ(states(), (QList<bool>{true, true, false, true}));
+}
+
+TEST_F(MainWindowTest, MissingHelpSaysSo) {
+  QDir(home.path() + u"/help"_s).removeRecursively();
+  QString title, text;
+  window->Shell().SetBeforeExecHook([&](QDialog* dialog) {
+    title = dialog->windowTitle();
+    if (auto* box = qobject_cast<QMessageBox*>(dialog)) text = box->text();
+    QTimer::singleShot(0, dialog, &QDialog::accept);
+  });
+  window->RunCommand(40005);
+  EXPECT_EQ(title, u"ERROR!"_s);
+  EXPECT_EQ(text, u"Can't open help file :-("_s);
 }
 
 }  // namespace
