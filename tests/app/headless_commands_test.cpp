@@ -54,7 +54,7 @@ class Peer {
   // Waits for the next line from `from` (a server, or a nick with any user and host) whose
   // command and parameters are exactly those of `expected`; lines before it are passed over.
   ::testing::AssertionResult Receives(const QByteArray& from, const QByteArray& expected,
-                                      int milliseconds = 5000) {
+                                      int milliseconds = 15000) {
     const QByteArrayList wanted = ParseIrcLine(expected).words;
     QByteArrayList lines;
     const qsizetype at = FindLine(lines, milliseconds, [&](const IrcLine& line) {
@@ -71,7 +71,7 @@ class Peer {
   }
 
   // The words of the next numeric reply `number`, such as 311 of a WHOIS.
-  QByteArrayList NextReply(const QByteArray& number, int milliseconds = 5000) {
+  QByteArrayList NextReply(const QByteArray& number, int milliseconds = 15000) {
     QByteArrayList lines;
     const qsizetype at = FindLine(lines, milliseconds, [&](const IrcLine& line) {
       return !line.words.isEmpty() && line.words[0] == number;
@@ -154,7 +154,7 @@ class HeadlessCommands : public ::testing::Test {
     return output;
   }
   // Waits for `line` among the lines not yet matched; the lines before it are passed over.
-  ::testing::AssertionResult Shows(const QString& line, int milliseconds = 5000) {
+  ::testing::AssertionResult Shows(const QString& line, int milliseconds = 15000) {
     qsizetype at = -1;
     RunUntil([&] {
       if (at < 0) at = Output().indexOf(line, cursor);
@@ -168,7 +168,7 @@ class HeadlessCommands : public ::testing::Test {
                                          << output.mid(cursor).join(u'\n').toStdString();
   }
   // The very next line shown must be `line`.
-  ::testing::AssertionResult ShowsNext(const QString& line, int milliseconds = 5000) {
+  ::testing::AssertionResult ShowsNext(const QString& line, int milliseconds = 15000) {
     const qsizetype next = cursor;
     ::testing::AssertionResult shown = Shows(line, milliseconds);
     if (!shown || cursor == next + 1) return shown;

@@ -254,12 +254,6 @@ INSTANTIATE_TEST_SUITE_P(
                     u":irc.test 302 me :alice=+~a@192.0.2.7"_s,
                     {u"Status | userhost: alice=+~a@192.0.2.7 | Normal"_s},
                     u"0.0.0.0"_s},
-        RequestCase{"UserhostUnansweredNick",
-                    true,
-                    false,
-                    u":irc.test 302 me :"_s,
-                    {u"Status | userhost:  | Normal"_s},
-                    u"0.0.0.0"_s},
         RequestCase{
             "OwnUserhostWithoutAt", false, false, u":irc.test 302 me :me=+~me"_s, {}, u"0.0.0.0"_s},
         RequestCase{"OwnUserhostNothingBehindAt",

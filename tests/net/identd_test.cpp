@@ -51,7 +51,6 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         ReplyCase{"BlanksAndCrLf", u"  6667 ,  1025\r\n"_s,
                   u"6667, 1025 : USERID : UNIX : pocket"_s},
-        ReplyCase{"Bare", u"6667,1025"_s, u"6667, 1025 : USERID : UNIX : pocket"_s},
         ReplyCase{"Tabs", u"\t113\t,\t4000\n"_s, u"113, 4000 : USERID : UNIX : pocket"_s},
         ReplyCase{"StopsAtTheFirstLineEnd", u"1,2\n3,4\r\n"_s, u"1, 2 : USERID : UNIX : pocket"_s},
         ReplyCase{"BlanksInsideANumber", u"66 67,10 25"_s,

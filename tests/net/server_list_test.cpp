@@ -57,16 +57,11 @@ INSTANTIATE_TEST_SUITE_P(
     ServerList, ServerListFormatTest,
     testing::Values(
         FormatCase{"Empty", {}, ""},
-        FormatCase{"NoPassword",
-                   {Entry(u"Libera.Chat"_s, u"irc.libera.chat"_s, u"6665-6667"_s)},
-                   "Libera.Chat\tirc.libera.chat\t6665-6667\t\r\n"},
         FormatCase{"PasswordAndOrder",
                    {Entry(u"A"_s, u"a.example"_s, u"6667"_s, u"secret"_s),
                     Entry(u"B"_s, u"b.example"_s, u"7000"_s)},
                    "A\ta.example\t6667\tsecret\r\nB\tb.example\t7000\t\r\n"},
         FormatCase{"AllEmpty", {Entry({}, {}, {})}, "\t\t\t\r\n"},
-        FormatCase{"Utf8", {Entry(u"R\u00e9seau"_s, u"h"_s, u"1"_s)},
-                   "R\xC3\xA9seau\th\t1\t\r\n"},
         // A TAB would shift the fields after it; in the password it is read back intact.
         FormatCase{"TabsAndBreaks",
                    {Entry(u"a\tb"_s, u"c\r\nd"_s, u"1"_s, u"p\tq"_s)},
@@ -103,23 +98,15 @@ INSTANTIATE_TEST_SUITE_P(
     ServerList, ServerListParseTest,
     testing::Values(
         ParseCase{"Empty", "", {}},
-        ParseCase{"OnlyLineEnds", "\r\n\r\n\n", {}},
         ParseCase{"WellFormed", "N\ts\t6667\tpw\r\nM\tt\t7000\t\r\n",
                   {Entry(u"N"_s, u"s"_s, u"6667"_s, u"pw"_s), Entry(u"M"_s, u"t"_s, u"7000"_s)}},
-        ParseCase{"NoFinalLineEnd", "N\ts\t6667\tpw",
-                  {Entry(u"N"_s, u"s"_s, u"6667"_s, u"pw"_s)}},
         ParseCase{"CrWithoutLf", "N\ts\t6667\tpw\r",
                   {Entry(u"N"_s, u"s"_s, u"6667"_s, u"pw"_s)}},
-        ParseCase{"LfOnly", "N\ts\t1\t\nM\tt\t2\t\n",
-                  {Entry(u"N"_s, u"s"_s, u"1"_s), Entry(u"M"_s, u"t"_s, u"2"_s)}},
         ParseCase{"EmptyLinesSkipped", "\r\nN\ts\t1\t\r\n\r\n\nM\tt\t2\t\r\n\r\n",
                   {Entry(u"N"_s, u"s"_s, u"1"_s), Entry(u"M"_s, u"t"_s, u"2"_s)}},
         ParseCase{"NoTabs", "Network only\r\n", {Entry(u"Network only"_s, {}, {})}},
-        ParseCase{"ThreeFields", "N\ts\t1\r\n", {Entry(u"N"_s, u"s"_s, u"1"_s)}},
-        ParseCase{"TabsOnly", "\t\t\t\r\n", {Entry({}, {}, {})}},
         ParseCase{"PasswordRunsToLineEnd", "N\ts\t1\tp\tq\t\r\n",
                   {Entry(u"N"_s, u"s"_s, u"1"_s, u"p\tq\t"_s)}},
-        ParseCase{"Utf8", "R\xC3\xA9seau\th\t1\t\r\n", {Entry(u"R\u00e9seau"_s, u"h"_s, u"1"_s)}},
         ParseCase{"Latin1Line", "Caf\xE9\th\t1\t\r\nR\xC3\xA9seau\th\t1\t\r\n",
                   {Entry(kLatinCafe, u"h"_s, u"1"_s), Entry(u"R\u00e9seau"_s, u"h"_s, u"1"_s)}},
         ParseCase{"TruncatedUtf8AtLineEnd", "Caf\xC3\r\n",
@@ -315,8 +302,6 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         PortCase{"RangeAndSingle", u"6660-6669,7000",
                  {6660, 6661, 6662, 6663, 6664, 6665, 6666, 6667, 6668, 6669, 7000}},
-        PortCase{"Single", u"6667", {6667}},
-        PortCase{"Two", u"6667,6668", {6667, 6668}},
         PortCase{"Descending", u"6669-6660", {}},
         PortCase{"OneWideRange", u"6660-6660", {}},
         PortCase{"EmptyTextIsOnePieceOfZero", u"", {0}},
@@ -339,10 +324,6 @@ TEST(ServerListPickPort, HugeRangeIsCountedNotListed) {
   for (int draw = 0; draw < 100; ++draw)
     EXPECT_GE(PickPort(u"1-2000000000,0-2147483647"), 0);
 }
-
-}  // namespace
-
-namespace {
 
 // Found by fuzzing: a network name starting with U+FEFF came back as a byte-order mark.
 TEST(ServerListRegression, ALeadingByteOrderMarkInTheFirstFieldDoesNotRoundTripWrong) {

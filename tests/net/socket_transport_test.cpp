@@ -145,17 +145,6 @@ struct Collector {
   }
 };
 
-TEST(SocketTransport, PollWithNothingWaitingReturnsAtOnce) {
-  SocketPair pair;
-  RecordingSink sink;
-  Collector got;
-  const auto start = Clock::now();
-  EXPECT_EQ(PollSocket(pair.near, sink, got.Sink()), -1);
-  EXPECT_LT(Clock::now() - start, 500ms);
-  EXPECT_EQ(got.calls, 0);
-  EXPECT_TRUE(sink.errors.empty());
-}
-
 TEST(SocketTransport, PollDrainsWritesThatFollowWithinTheDrainWait) {
   SocketPair pair;
   RecordingSink sink;
