@@ -1,36 +1,16 @@
 #include "commands/command_parts.h"
 
 #include "commands/word_teacher.h"
+#include "irc/numeric_words.h"
 #include "settings/settings_flags.h"
 #include "views/output_path.h"
 
 using namespace Qt::StringLiterals;
 
-namespace {
+// A typed line's words follow the same rule as a reply's: runs of blanks separate them.
+QStringView CommandWord(QStringView text, int index) { return WordAt(text, index); }
 
-qsizetype SkipBlanks(QStringView text, qsizetype i) {
-  while (i < text.size() && text[i] == u' ') ++i;
-  return i;
-}
-
-qsizetype SkipWord(QStringView text, qsizetype i) {
-  while (i < text.size() && text[i] != u' ') ++i;
-  return i;
-}
-
-}  // namespace
-
-QStringView CommandWord(QStringView text, int index) {
-  qsizetype start = SkipBlanks(text, 0);
-  for (int i = 0; i < index; ++i) start = SkipBlanks(text, SkipWord(text, start));
-  return text.sliced(start, SkipWord(text, start) - start);
-}
-
-QStringView TextAfterWords(QStringView text, int count) {
-  qsizetype i = SkipBlanks(text, 0);
-  for (int n = 0; n < count; ++n) i = SkipBlanks(text, SkipWord(text, i));
-  return text.sliced(i);
-}
+QStringView TextAfterWords(QStringView text, int count) { return TextAfterWord(text, count - 1); }
 
 bool IsConnected(const ClientContext& ctx) { return ctx.session.serverSocket != kNoSocket; }
 

@@ -12,8 +12,8 @@ inline constexpr quint32 kNavy = 0x800000;
 
 // Word i (from 0) of a line whose words are separated by runs of blanks.
 QStringView CommandWord(QStringView text, int index);
-// What follows the first `count` words and the blank run behind them; empty when the
-// line has no more.
+// What follows the first `count` (>= 1) words and the blank run behind them; empty when
+// the line has no more.
 QStringView TextAfterWords(QStringView text, int count);
 
 bool IsConnected(const ClientContext& ctx);

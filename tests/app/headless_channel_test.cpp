@@ -2,7 +2,7 @@
 // end, and a second user speaking raw IRC from the test. What the program shows must
 // read exactly as its users know it.
 
-#include "support/ngircd_fixture.h"
+#include "support/headless_tolv.h"
 #include "support/raw_irc_user.h"
 #include "support/test_app.h"
 
@@ -17,33 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class HeadlessChannel : public ::testing::Test {
+class HeadlessChannel : public HeadlessTolvTest {
  protected:
-  void SetUp() override {
-    TestApp();
-    ASSERT_TRUE(server.Start());
-    WriteFile(u"servers.txt"_s, "Test\t127.0.0.1\t" + QByteArray::number(server.Port()) + "\t\r\n");
-    WriteFile(u"settings.reg"_s,
-              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kelvane\\Tolv]\n\"server\"=dword:00000000\n"
-              "\"nick\"=\"tolvbot\"\n\"email\"=\"me@home\"\n\"fullname\"=\"Tolv Bot\"\n"
-              "\"tstamps\"=dword:00000000\n");
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(u"TOLV_HOME"_s, home.path());
-    tolv.setProcessEnvironment(env);
-    tolv.start(QStringLiteral(TOLV_BINARY), {u"--headless"_s, u"--connect"_s});
-    ASSERT_TRUE(tolv.waitForStarted(5000));
-  }
-  void TearDown() override {
-    tolv.closeWriteChannel();
-    if (!tolv.waitForFinished(3000)) tolv.kill();
-    tolv.waitForFinished(2000);
-  }
-  void WriteFile(const QString& name, const QByteArray& bytes) {
-    QFile file(home.path() + u'/' + name);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-  }
-  void Type(const QByteArray& line) { tolv.write(line + '\n'); }
   bool Shows(const QString& line, int milliseconds = 5000) {
     return RunUntil([&] {
       output += QString::fromUtf8(tolv.readAllStandardOutput());
@@ -51,9 +26,6 @@ class HeadlessChannel : public ::testing::Test {
     }, milliseconds);
   }
 
-  NgircdServer server;
-  QTemporaryDir home;
-  QProcess tolv;
   QString output;
 };
 

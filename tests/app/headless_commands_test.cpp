@@ -2,7 +2,7 @@
 // other user in the channel receives must be the protocol the user meant, and what the
 // program shows must read exactly as its users know it.
 
-#include "support/ngircd_fixture.h"
+#include "support/headless_tolv.h"
 #include "support/raw_irc_user.h"
 #include "support/test_app.h"
 
@@ -112,36 +112,13 @@ class Peer {
   qsizetype answered_ = 0;
 };
 
-class HeadlessCommands : public ::testing::Test {
+class HeadlessCommands : public HeadlessTolvTest {
  protected:
-  void SetUp() override {
-    TestApp();
-    ASSERT_TRUE(server.Start());
-    WriteFile(u"servers.txt"_s, "Test\t127.0.0.1\t" + QByteArray::number(server.Port()) + "\t\r\n");
-    // Reconnecting is on, so that only the user's quit keeps the program offline.
-    WriteFile(u"settings.reg"_s,
-              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kelvane\\Tolv]\n\"server\"=dword:00000000\n"
-              "\"nick\"=\"tolvbot\"\n\"email\"=\"me@home\"\n\"fullname\"=\"Tolv Bot\"\n"
-              "\"tstamps\"=dword:00000000\n\"snd_enable\"=dword:00000000\n"
-              "\"Options\"=dword:00000008\n\"partmsg\"=\"Gone fishing\"\n"
-              "\"quitmsg\"=\"not this one\"\n");
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(u"TOLV_HOME"_s, home.path());
-    tolv.setProcessEnvironment(env);
-    tolv.start(QStringLiteral(TOLV_BINARY), {u"--headless"_s, u"--connect"_s});
-    ASSERT_TRUE(tolv.waitForStarted(5000));
+  // Reconnecting is on, so that only the user's quit keeps the program offline.
+  QByteArray ExtraSettings() const override {
+    return "\"snd_enable\"=dword:00000000\n\"Options\"=dword:00000008\n"
+           "\"partmsg\"=\"Gone fishing\"\n\"quitmsg\"=\"not this one\"\n";
   }
-  void TearDown() override {
-    tolv.closeWriteChannel();
-    if (!tolv.waitForFinished(3000)) tolv.kill();
-    tolv.waitForFinished(2000);
-  }
-  void WriteFile(const QString& name, const QByteArray& bytes) {
-    QFile file(home.path() + u'/' + name);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-  }
-  void Type(const QByteArray& line) { tolv.write(line + '\n'); }
 
   // The complete lines the program has written so far.
   const QStringList& Output() {
@@ -197,9 +174,6 @@ class HeadlessCommands : public ::testing::Test {
     return whois.value(4);
   }
 
-  NgircdServer server;
-  QTemporaryDir home;
-  QProcess tolv;
   QString pending;
   QStringList output;
   qsizetype cursor = 0;
