@@ -15,26 +15,34 @@ QAction* AddItem(QMenu* menu, const QString& text, int command) {
   return action;
 }
 
+struct CommandItem {
+  QStringView submenu;  // empty: the Commands menu itself
+  QStringView text;
+  int command;
+};
+
+constexpr CommandItem kCommandItems[] = {
+    {u"Channel", u"Join", kCmdJoin},        {u"Channel", u"Part", kCmdPart},
+    {u"Channel", u"List", kCmdList},        {u"Channel", u"Names", kCmdNames},
+    {u"Channel", u"Topic", kCmdTopicInput}, {u"Channel", u"Kick", kCmdKickInput},
+    {u"User", u"Whois", kCmdWhoisInput},    {u"User", u"Whowas", kCmdWhowas},
+    {u"User", u"Who", kCmdWho},             {u"User", u"Invite", kCmdInvite},
+    {u"User", u"Notice", kCmdNoticeInput},  {u"User", u"Userhost", kCmdUserhost},
+    {u"DCC", u"DCC Chat", kCmdDccChat},     {u"DCC", u"DCC Send", kCmdDccSend},
+    {{}, u"New nick", kCmdNewNick},         {{}, u"Quit", kCmdQuit},
+};
+
+// Sub-menus open where their first item stands.
 void FillCommands(QMenu* commands) {
-  QMenu* channel = commands->addMenu(u"Channel"_s);
-  AddItem(channel, u"Join"_s, kCmdJoin);
-  AddItem(channel, u"Part"_s, kCmdPart);
-  AddItem(channel, u"List"_s, kCmdList);
-  AddItem(channel, u"Names"_s, kCmdNames);
-  AddItem(channel, u"Topic"_s, kCmdTopicInput);
-  AddItem(channel, u"Kick"_s, kCmdKickInput);
-  QMenu* user = commands->addMenu(u"User"_s);
-  AddItem(user, u"Whois"_s, kCmdWhoisInput);
-  AddItem(user, u"Whowas"_s, kCmdWhowas);
-  AddItem(user, u"Who"_s, kCmdWho);
-  AddItem(user, u"Invite"_s, kCmdInvite);
-  AddItem(user, u"Notice"_s, kCmdNoticeInput);
-  AddItem(user, u"Userhost"_s, kCmdUserhost);
-  QMenu* dcc = commands->addMenu(u"DCC"_s);
-  AddItem(dcc, u"DCC Chat"_s, kCmdDccChat);
-  AddItem(dcc, u"DCC Send"_s, kCmdDccSend);
-  AddItem(commands, u"New nick"_s, kCmdNewNick);
-  AddItem(commands, u"Quit"_s, kCmdQuit);
+  QMenu* submenu = nullptr;
+  for (const CommandItem& item : kCommandItems) {
+    if (item.submenu.isEmpty()) {
+      submenu = nullptr;
+    } else if (!submenu || submenu->title() != item.submenu) {
+      submenu = commands->addMenu(item.submenu.toString());
+    }
+    AddItem(submenu ? submenu : commands, item.text.toString(), item.command);
+  }
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 // Starts the real program with an empty home folder, then again, and looks at the files.
 
+#include "support/file_bytes.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -10,10 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray ReadFile(const QString& path) {
-  QFile f(path);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
-}
 
 QString StartTolv(const QString& home) {
   QProcess tolv;
@@ -38,7 +36,7 @@ TEST(FirstStart, FillsAnEmptyHomeAndKeepsWhatTheUserChanged) {
   const QString out = StartTolv(home);
   EXPECT_TRUE(out.contains(home)) << out.toStdString();
 
-  const QByteArray settings = ReadFile(home + u"/settings.reg"_s);
+  const QByteArray settings = ReadBytes(home + u"/settings.reg"_s);
   for (const char* line :
        {"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kelvane\\Tolv]\n", "\"Options\"=dword:010001c0\n",
         "\"Files\"=dword:00002100\n", "\"TabSets\"=dword:05550fff\n",
@@ -67,8 +65,8 @@ TEST(FirstStart, FillsAnEmptyHomeAndKeepsWhatTheUserChanged) {
   servers.close();
 
   StartTolv(home);
-  EXPECT_EQ(ReadFile(home + u"/settings.reg"_s), edited);
-  EXPECT_EQ(ReadFile(home + u"/servers.txt"_s), QByteArray("Mine\tirc.example.org\t6667\t\r\n"));
+  EXPECT_EQ(ReadBytes(home + u"/settings.reg"_s), edited);
+  EXPECT_EQ(ReadBytes(home + u"/servers.txt"_s), QByteArray("Mine\tirc.example.org\t6667\t\r\n"));
 }
 
 }  // namespace

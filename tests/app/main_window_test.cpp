@@ -4,6 +4,7 @@
 
 #include "app/input_line_widget.h"
 #include "app/main_window.h"
+#include "app/menu_bar_widget.h"
 #include "irc/line_assembly.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
@@ -184,6 +185,28 @@ TEST_F(MainWindowTest, EditMenuGreysWhatCannotBeDone) {
   picture->setData(u"image/png"_s, QByteArray("\x89PNG"));
   QApplication::clipboard()->setMimeData(picture);
   EXPECT_EQ(states(), (QList<bool>{true, true, false, true}));
+}
+
+// The menu's shape as a user walks it: each item's text and command number.
+TEST_F(MainWindowTest, TheCommandsMenuHoldsEveryCommand) {
+  QStringList seen;
+  const std::function<void(QMenu*, const QString&)> walk = [&](QMenu* menu, const QString& path) {
+    for (QAction* action : menu->actions()) {
+      if (action->menu()) walk(action->menu(), path + action->text() + u'/');
+      else if (!action->isSeparator()) seen << path + action->text() + u'=' + action->data().toString();
+    }
+  };
+  walk(window->Menu()->CommandMenu(), {});
+  EXPECT_EQ(seen, (QStringList{
+      u"Connect=40008"_s, u"Commands/Channel/Join=40101"_s, u"Commands/Channel/Part=40102"_s,
+      u"Commands/Channel/List=40103"_s, u"Commands/Channel/Names=40104"_s,
+      u"Commands/Channel/Topic=40110"_s, u"Commands/Channel/Kick=40112"_s,
+      u"Commands/User/Whois=40105"_s, u"Commands/User/Whowas=40106"_s, u"Commands/User/Who=40107"_s,
+      u"Commands/User/Invite=40111"_s, u"Commands/User/Notice=40113"_s,
+      u"Commands/User/Userhost=40117"_s, u"Commands/DCC/DCC Chat=40114"_s,
+      u"Commands/DCC/DCC Send=40115"_s, u"Commands/New nick=40108"_s, u"Commands/Quit=40109"_s,
+      u"Favorites/Add=40298"_s, u"Favorites/Remove=40299"_s,
+      u"mColors Default=40050"_s, u"Help/Contents=40005"_s, u"Help/About=40007"_s, u"Exit=40010"_s}));
 }
 
 TEST_F(MainWindowTest, MissingHelpSaysSo) {

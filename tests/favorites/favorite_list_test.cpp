@@ -3,6 +3,7 @@
 #include "commands/command_ids.h"
 #include "favorites/favorite_commands.h"
 #include "support/fake_shell.h"
+#include "support/file_bytes.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,16 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray ReadBytes(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-}
 
-void WriteBytes(const QString& path, const QByteArray& bytes) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(bytes);
-}
 
 // "s1\r\ns2\r\n..." for sentences numbered first..last.
 QByteArray NumberedLines(int first, int last) {

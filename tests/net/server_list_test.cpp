@@ -1,6 +1,7 @@
 #include "net/server_list.h"
 
 #include "settings/settings_store.h"
+#include "support/file_bytes.h"
 
 #include <QDir>
 #include <QFile>
@@ -26,16 +27,7 @@ ServerList ListOf(const std::vector<ServerEntry>& entries) {
   return list;
 }
 
-QByteArray ReadBytes(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-}
 
-void WriteBytes(const QString& path, const QByteArray& bytes) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(bytes);
-}
 
 // ---- The bytes written ----------------------------------------------------------------
 

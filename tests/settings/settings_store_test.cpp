@@ -1,4 +1,5 @@
 #include "settings/settings_store.h"
+#include "support/file_bytes.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,16 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray ReadFile(const QString& path) {
-  QFile f(path);
-  return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
-}
 
-void WriteFile(const QString& path, const QByteArray& bytes) {
-  QFile f(path);
-  ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-  f.write(bytes);
-}
 
 TEST(SettingsStore, ReadsFailAsDescribed) {
   QTemporaryDir dir;
@@ -115,7 +107,7 @@ TEST(SettingsStore, FileIsTheRegistryExportFormatAndPrivate) {
     store.EndBatch();
   }
   const QString path = dir.path() + u"/settings.reg"_s;
-  EXPECT_EQ(ReadFile(path),
+  EXPECT_EQ(ReadBytes(path),
             "Windows Registry Editor Version 5.00\n"
             "\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kelvane\\Tolv]\n"
             "\"Options\"=dword:0000abcd\n"
@@ -139,7 +131,7 @@ TEST(SettingsStore, UnreadableLinesAreKeptAsideAndToldOnce) {
       "\"tstamps\"=dword:00000001\n"
       "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Other]\n"
       "\"kept\"=dword:00000005\n";
-  WriteFile(dir.path() + u"/settings.reg"_s, damaged);
+  WriteBytes(dir.path() + u"/settings.reg"_s, damaged);
   {
     SettingsStore store(dir.path());
     EXPECT_FALSE(store.LoadProblem().isEmpty());
@@ -151,8 +143,8 @@ TEST(SettingsStore, UnreadableLinesAreKeptAsideAndToldOnce) {
   }
   const QStringList kept = QDir(dir.path()).entryList({u"settings.unreadable-*.reg"_s});
   ASSERT_EQ(kept.size(), 1);
-  EXPECT_EQ(ReadFile(dir.path() + u'/' + kept[0]), damaged);
-  EXPECT_TRUE(ReadFile(dir.path() + u"/settings.reg"_s).contains("\"kept\"=dword:00000005"));
+  EXPECT_EQ(ReadBytes(dir.path() + u'/' + kept[0]), damaged);
+  EXPECT_TRUE(ReadBytes(dir.path() + u"/settings.reg"_s).contains("\"kept\"=dword:00000005"));
   SettingsStore again(dir.path());
   EXPECT_TRUE(again.LoadProblem().isEmpty());
 }
