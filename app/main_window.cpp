@@ -199,7 +199,9 @@ void MainWindow::ApplyScale() {
   factor_ = factor;
   fonts_ = fonts;
   ctx_.tabs.SetScaleFactor(factor);
-  strip_->setFont(FontOf(ctx_.settings, u"TextFontName", fonts.tab));
+  QFont tabFont(u"Tahoma"_s);  // the tab labels keep one face; the others are the user's
+  tabFont.setPixelSize(fonts.tab);
+  strip_->setFont(tabFont);
   strip_->SetScaleFactor(factor);
   input_->setFont(FontOf(ctx_.settings, u"EditFontName", fonts.input));
   for (QWidget* widget : std::initializer_list<QWidget*>{menu_, tabMenuButton_, nickToggle_})
