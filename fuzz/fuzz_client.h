@@ -55,7 +55,9 @@ class FuzzShell : public Shell {
   }
   std::optional<std::pair<QString, QString>> AskTwoTexts(const QString&, const QString&,
                                                          const QString&) override {
-    return ++calls, std::nullopt;
+    ++calls;
+    if (!nickAnswer) return std::nullopt;
+    return std::pair{*nickAnswer, *nickAnswer};
   }
   std::optional<int> PickFromList(const QString&, const QString&, const QStringList& entries,
                                   const QString&) override {

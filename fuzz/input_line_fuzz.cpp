@@ -1,12 +1,17 @@
 // Lines typed into the input line, through SubmitInputText and the command parser, in a
 // whole client with a server connection (or none).
 //
-// Input layout: three header bytes, then the typed lines, one per LF.
+// Input layout: three header bytes, then the typed lines, one per LF. A line that starts
+// with ESC is a menu choice instead: ESC, the command number, a blank and the text that
+// answers its prompts (and names the nick of a nick-list item).
 //   byte 0, byte 1  the settings and starting state (see fuzz::Profile)
 //   byte 2          bits 0-1: the tab in front (Status, #tolv, #Test, the chat with alice);
 //                   bit 2: the lines are raw UTF-16 (lone surrogates included) instead of UTF-8
 
+#include "commands/menu_commands.h"
+#include "commands/popup_actions.h"
 #include "commands/submit_input.h"
+#include "irc/numeric_words.h"
 #include "fuzz/fuzz_check.h"
 #include "fuzz/fuzz_client.h"
 
@@ -46,6 +51,26 @@ void CheckCommandLine(const QString& text) {
   }
 }
 
+// The menus of the window, by number, on whatever tab is in front.
+void RunMenuChoice(fuzz::FuzzClient& client, QStringView line) {
+  bool ok = false;
+  const int command = WordAt(line, 0).toInt(&ok);
+  if (!ok) return;
+  const QString answer = TextAfterWord(line, 0).toString();
+  client.shell.nickAnswer = answer;
+  ClientContext& ctx = client.ctx;
+  const int current = ctx.tabs.Current();
+  if (command >= 40101 && command <= 40117) {
+    RunMenuCommand(ctx, command);
+  } else if (command >= 40301 && command <= 40316) {
+    RunNickListAction(ctx, command, answer);
+  } else {
+    RunChannelTabAction(ctx, command, current);
+    RunChatTabAction(ctx, command, current);
+    RunStatusTabAction(ctx, command);
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -61,8 +86,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       const QByteArrayView line = lf < 0 ? rest : rest.first(lf);
       rest = lf < 0 ? QByteArrayView() : rest.sliced(lf + 1);
       const QString text = Decode(line, utf16);
-      CheckCommandLine(text);
-      SubmitInputText(client.ctx, text);
+      if (text.startsWith(QChar(0x1b))) {
+        RunMenuChoice(client, QStringView(text).sliced(1));
+      } else {
+        CheckCommandLine(text);
+        SubmitInputText(client.ctx, text);
+      }
       client.Drain();
     }
   }
