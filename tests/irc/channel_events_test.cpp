@@ -68,18 +68,6 @@ QStringList Nicks(const IrcClientFixture& f) {
   return out;
 }
 
-// Sound files back to their event names ("/home/x/join.wav" is "join").
-QStringList Sounds(const IrcClientFixture& f) {
-  QStringList out;
-  const QString home = f.settings.HomeDir() + u'/';
-  for (QString file : f.shell.sounds) {
-    if (file.startsWith(home)) file.remove(0, home.size());
-    if (file.endsWith(u".wav")) file.chop(4);
-    out << file;
-  }
-  return out;
-}
-
 const QStringList kStartTabs{u"Status*"_s, u"#x"_s, u"#y"_s, u"b"_s};
 const QStringList kStartNicks{u"#x: @me @op +v b"_s, u"#y: b c me"_s};
 
@@ -109,7 +97,7 @@ TEST_P(ChannelEventsTest, LinesListsTabsAndReplies) {
   EXPECT_EQ(Shown(f), c.shown);
   EXPECT_EQ(Nicks(f), c.nicks);
   EXPECT_EQ(Tabs(f), c.tabs);
-  EXPECT_EQ(Sounds(f), c.sounds);
+  EXPECT_EQ(f.SoundEvents(), c.sounds);
   EXPECT_EQ(f.Sent(), c.sent);
   EXPECT_EQ(f.ctx.session.currentNick, c.currentNick);
   EXPECT_EQ(f.ctx.session.connected, c.connected);

@@ -59,11 +59,6 @@ class CtcpFixture : public IrcClientFixture {
     ctx.session.currentNick = u"me"_s;
     ctx.tabs.SetClock([] { return QDateTime::fromSecsSinceEpoch(kNow, QTimeZone::utc()); });
   }
-  QStringList SoundNames() const {
-    QStringList names;
-    for (const QString& path : shell.sounds) names << path.section(u'/', -1);
-    return names;
-  }
 };
 
 struct CtcpCase {
@@ -85,17 +80,10 @@ TEST_P(CtcpTest, AnswersShowsAndSounds) {
   const CtcpCase& c = GetParam();
   CtcpFixture f;
   for (const QString& channel : c.channels) f.ctx.tabs.OpenTab(channel, TabKind::Channel);
-  if (!c.ignore.isEmpty()) {
-    f.settings.SetDword(u"en_ignore", 1);
-    f.settings.SetString(u"ignore", c.ignore, 2002);
-  }
-  if (!c.hlights.isEmpty()) {
-    f.settings.SetDword(u"en_hlights", 1);
-    f.settings.SetString(u"hlights", c.hlights, 2002);
-  }
+  f.SetWordLists(c.ignore, c.hlights);
   for (const QString& line : c.lines) Deliver(f, line);
   EXPECT_EQ(AllStyledLines(f), c.shown);
-  EXPECT_EQ(f.SoundNames(), c.sounds);
+  EXPECT_EQ(f.SoundFiles(), c.sounds);
   EXPECT_EQ(f.Sent(), c.sent);
 }
 

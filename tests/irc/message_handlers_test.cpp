@@ -40,20 +40,11 @@ TEST_P(MessageTest, ShowsLinesAndPlaysSounds) {
   f.ctx.session.currentNick = c.ownNick;
   for (const QString& channel : c.channels) f.ctx.tabs.OpenTab(channel, TabKind::Channel);
   f.ctx.tabs.ActivateTab(c.current);
-  if (!c.ignore.isEmpty()) {
-    f.settings.SetDword(u"en_ignore", 1);
-    f.settings.SetString(u"ignore", c.ignore, 2002);
-  }
-  if (!c.hlights.isEmpty()) {
-    f.settings.SetDword(u"en_hlights", 1);
-    f.settings.SetString(u"hlights", c.hlights, 2002);
-  }
+  f.SetWordLists(c.ignore, c.hlights);
   for (const QString& line : c.lines) Deliver(f, line);
 
   EXPECT_EQ(AllStyledLines(f), c.shown);
-  QStringList sounds;
-  for (const QString& path : f.shell.sounds) sounds << path.section(u'/', -1);
-  EXPECT_EQ(sounds, c.sounds);
+  EXPECT_EQ(f.SoundFiles(), c.sounds);
   EXPECT_EQ(f.Sent(), QByteArray());  // saying something never makes us answer
 }
 

@@ -47,17 +47,6 @@ QStringList Shown(const IrcClientFixture& f) {
   return out;
 }
 
-QStringList Sounds(const IrcClientFixture& f) {
-  QStringList out;
-  const QString home = f.settings.HomeDir() + u'/';
-  for (QString file : f.shell.sounds) {
-    if (file.startsWith(home)) file.remove(0, home.size());
-    if (file.endsWith(u".wav")) file.chop(4);
-    out << file;
-  }
-  return out;
-}
-
 const QStringList kNames{u"a"_s, u"+bob"_s, u"alice"_s, u"@op"_s, u"me"_s};
 const QStringList kStartEntries{u"@op:2"_s, u"+bob:1"_s, u"a:0"_s, u"alice:0"_s, u"me:0"_s};
 
@@ -81,7 +70,7 @@ TEST_P(ModeLineTest, ShowsTheLineAndAppliesRanks) {
   for (const QString& line : c.input) Feed(f, line);
   EXPECT_EQ(Shown(f), c.shown);
   EXPECT_EQ(Entries(f), c.entries);
-  EXPECT_EQ(Sounds(f), c.sounds);
+  EXPECT_EQ(f.SoundEvents(), c.sounds);
 }
 
 const ModeCase kModeCases[] = {
@@ -171,7 +160,7 @@ TEST_P(SetNickModeTest, ChangesOneBitAndResorts) {
   QObject::connect(&f.ctx.tabs, &TabBar::nickListChanged, [&] { ++listChanges; });
   for (const auto& [nick, change] : c.changes) SetNickMode(f.ctx, u"#x", nick, change);
   EXPECT_EQ(Entries(f), c.entries);
-  EXPECT_EQ(Sounds(f), c.sounds);
+  EXPECT_EQ(f.SoundEvents(), c.sounds);
   EXPECT_EQ(listChanges, c.sounds.size());  // the view hears of every change made
 }
 

@@ -68,6 +68,31 @@ class IrcClientFixture {
   QStringList StatusLines() const { return Lines(0); }
   quint32 StatusColour(qsizetype line) const { return ctx.tabs.At(0)->lines->Line(line).colour; }
 
+  // The sounds asked for, as file names ("join.wav") or as events ("join").
+  QStringList SoundFiles() const {
+    QStringList names;
+    for (const QString& path : shell.sounds) names << path.section(u'/', -1);
+    return names;
+  }
+  QStringList SoundEvents() const {
+    QStringList events = SoundFiles();
+    for (QString& event : events)
+      if (event.endsWith(u".wav")) event.chop(4);
+    return events;
+  }
+
+  // Switches the ignore and highlight lists on with these words; "" leaves a list off.
+  void SetWordLists(const QString& ignore, const QString& hlights) {
+    if (!ignore.isEmpty()) {
+      settings.SetDword(u"en_ignore", 1);
+      settings.SetString(u"ignore", ignore, 2002);
+    }
+    if (!hlights.isEmpty()) {
+      settings.SetDword(u"en_hlights", 1);
+      settings.SetString(u"hlights", hlights, 2002);
+    }
+  }
+
   void SetOptions(quint32 options) { settings.SetDword(u"Options", static_cast<qint32>(options)); }
 
   QTemporaryDir dir;
