@@ -37,16 +37,7 @@ void SetUpScene(IrcClientFixture& f, quint32 options) {
 
 void Feed(IrcClientFixture& f, const QString& line) { f.Receive(line); }
 
-QStringList Shown(const IrcClientFixture& f) {
-  QStringList out;
-  for (int position = 0; position < f.ctx.tabs.Count(); ++position) {
-    const ConversationTab& tab = *f.ctx.tabs.At(position);
-    for (qsizetype i = 0; i < tab.lines->LineCount(); ++i)
-      out << tab.name + u" | "_s + tab.lines->Line(i).text + u" | "_s +
-                 StyleName(tab.lines->Line(i).colour);
-  }
-  return out;
-}
+QStringList Shown(const IrcClientFixture& f) { return AllStyledLines(f, u" | "_s); }
 
 // Tab names in order, the current one marked with "*".
 QStringList Tabs(const IrcClientFixture& f) {

@@ -43,16 +43,7 @@ struct NumericScene {
   }
 
   // Every line of every tab as "tab | text | style".
-  QStringList Shown() const {
-    QStringList out;
-    for (int position = 0; position < f.ctx.tabs.Count(); ++position) {
-      const ConversationTab& tab = *f.ctx.tabs.At(position);
-      for (qsizetype i = 0; i < tab.lines->LineCount(); ++i)
-        out << tab.name + u" | "_s + tab.lines->Line(i).text + u" | "_s +
-                   StyleName(tab.lines->Line(i).colour);
-    }
-    return out;
-  }
+  QStringList Shown() const { return AllStyledLines(f, u" | "_s); }
 
   QStringList Nicks(QStringView channel) {
     QStringList out;

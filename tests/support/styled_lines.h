@@ -26,14 +26,15 @@ inline QString StyleName(quint32 colour) {
                                   : QStringLiteral("colour ") + QString::number(colour);
 }
 
-// Every stored line of every tab as "tab|text|style", tabs in bar order.
-inline QStringList AllStyledLines(const IrcClientFixture& f) {
+// Every stored line of every tab as "tab|text|style" (or with another separator), tabs in
+// bar order.
+inline QStringList AllStyledLines(const IrcClientFixture& f, const QString& separator = QStringLiteral("|")) {
   QStringList out;
   for (int p = 0; p < f.ctx.tabs.Count(); ++p) {
     const ConversationTab* tab = f.ctx.tabs.At(p);
     for (qsizetype i = 0; i < tab->lines->LineCount(); ++i) {
       const StoredLine line = tab->lines->Line(i);
-      out << tab->name + u'|' + line.text + u'|' + StyleName(line.colour);
+      out << tab->name + separator + line.text + separator + StyleName(line.colour);
     }
   }
   return out;
