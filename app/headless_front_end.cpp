@@ -221,13 +221,8 @@ void HeadlessFrontEnd::RunMenuCommand(int command, QStringView nick) {
     return;
   }
   if (!nick.isEmpty()) return RunNickListAction(ctx_, command, nick);
-  const int current = ctx_.tabs.Current();
-  const ConversationTab* tab = ctx_.tabs.At(current);
-  if (command >= kCmdPing && command <= kCmdAway + 1 && tab) {
-    if (tab->kind == TabKind::Channel) return RunChannelTabAction(ctx_, command, current);
-    if (tab->kind == TabKind::Chat) return RunChatTabAction(ctx_, command, current);
-    if (tab->kind == TabKind::Status) return RunStatusTabAction(ctx_, command);
-  }
+  const bool popupItem = command >= kCmdPing && command <= kCmdUnaway;
+  if (popupItem && RunTabMenuAction(ctx_, command, ctx_.tabs.Current())) return;
   Notice(u"error"_s, {u"menu command "_s + QString::number(command) + u" is not available"_s});
 }
 

@@ -268,16 +268,7 @@ void MainWindow::ShowNickMenu(QPoint globalPos) {
 }
 
 void MainWindow::RunTabMenuCommand(int command) {
-  const int current = ctx_.tabs.Current();
-  const ConversationTab* tab = ctx_.tabs.At(current);
-  if (!tab) return;
-  switch (tab->kind) {
-    case TabKind::Channel: RunChannelTabAction(ctx_, command, current); break;
-    case TabKind::Chat: RunChatTabAction(ctx_, command, current); break;
-    case TabKind::Status: RunStatusTabAction(ctx_, command); break;
-    case TabKind::DccChat: RunUserAction(ctx_, command, tab->name); break;
-    default: break;
-  }
+  RunTabMenuAction(ctx_, command, ctx_.tabs.Current());
   input_->setFocus();
 }
 

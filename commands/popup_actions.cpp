@@ -184,6 +184,18 @@ void RunStatusTabAction(ClientContext& ctx, int command) {
   }
 }
 
+bool RunTabMenuAction(ClientContext& ctx, int command, int position) {
+  const ConversationTab* tab = ctx.tabs.At(position);
+  if (!tab) return false;
+  switch (tab->kind) {
+    case TabKind::Channel: RunChannelTabAction(ctx, command, position); return true;
+    case TabKind::Chat: RunChatTabAction(ctx, command, position); return true;
+    case TabKind::Status: RunStatusTabAction(ctx, command); return true;
+    case TabKind::DccChat: RunUserAction(ctx, command, tab->name); return true;
+    default: return false;
+  }
+}
+
 void RunUserAction(ClientContext& ctx, int command, QStringView nick) {
   RunUserItem(ctx, command, {nick.toString(), QString(), 0});
 }

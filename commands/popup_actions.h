@@ -15,6 +15,9 @@ void RunNickListAction(ClientContext& ctx, int command, QStringView shownNick);
 void RunChatTabAction(ClientContext& ctx, int command, int position);
 void RunChannelTabAction(ClientContext& ctx, int command, int position);
 void RunStatusTabAction(ClientContext& ctx, int command);
+// The item of the menu that the tab at `position` shows, by the tab's kind; false when the
+// tab has no menu (a file transfer, or no tab).
+bool RunTabMenuAction(ClientContext& ctx, int command, int position);
 // A nick shown outside the tabs (the DCC windows): the user items, answered on Status.
 void RunUserAction(ClientContext& ctx, int command, QStringView nick);
 
