@@ -64,9 +64,11 @@ for target in "${targets[@]}"; do
   # Other runs use every core, in child processes that libFuzzer restarts every few
   # minutes: one process's memory under AddressSanitizer creeps up by about half a
   # kilobyte per input (its quarantine and allocation stacks, not the client's heap), which
-  # would end an hours-long run at the memory limit with a false finding.
+  # would end an hours-long run at the memory limit with a false finding. A forked run
+  # would otherwise only count hangs and memory blow-ups; they are findings here.
   forked=()
-  [[ -z ${TOLV_FUZZ_RUNS:-} && $(nproc) -gt 1 ]] && forked=(-fork="$(nproc)")
+  [[ -z ${TOLV_FUZZ_RUNS:-} && $(nproc) -gt 1 ]] &&
+    forked=(-fork="$(nproc)" -ignore_timeouts=0 -ignore_ooms=0)
   "$fuzzer" "$work/corpus" "${dict[@]}" "${repeatable[@]}" "${forked[@]}" \
     -max_total_time="$seconds" -timeout=5 -rss_limit_mb=2048 -print_final_stats=1 \
     -artifact_prefix="$findings/" </dev/null >"$work/log" 2>&1 || status=$?
