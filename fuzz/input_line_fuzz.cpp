@@ -8,6 +8,7 @@
 //   byte 2          bits 0-1: the tab in front (Status, #tolv, #Test, the chat with alice);
 //                   bit 2: the lines are raw UTF-16 (lone surrogates included) instead of UTF-8
 
+#include "commands/command_ids.h"
 #include "commands/menu_commands.h"
 #include "commands/popup_actions.h"
 #include "commands/submit_input.h"
@@ -59,15 +60,12 @@ void RunMenuChoice(fuzz::FuzzClient& client, QStringView line) {
   const QString answer = TextAfterWord(line, 0).toString();
   client.shell.nickAnswer = answer;
   ClientContext& ctx = client.ctx;
-  const int current = ctx.tabs.Current();
-  if (command >= 40101 && command <= 40117) {
+  if (command >= kCmdJoin && command <= kCmdUserhost) {
     RunMenuCommand(ctx, command);
-  } else if (command >= 40301 && command <= 40316) {
+  } else if (command >= kCmdPing && command <= kCmdNotice) {
     RunNickListAction(ctx, command, answer);
   } else {
-    RunChannelTabAction(ctx, command, current);
-    RunChatTabAction(ctx, command, current);
-    RunStatusTabAction(ctx, command);
+    RunTabMenuAction(ctx, command, ctx.tabs.Current());  // as the window routes it
   }
 }
 
