@@ -169,7 +169,7 @@ void HeadlessFrontEnd::ReadInput() {
 
 void HeadlessFrontEnd::HandleLine(const QString& line) {
   if (line.startsWith(kEsc)) return HandleControl(QStringView(line).sliced(1));
-  if (SubmitInputText(ctx_, line)) session_.RequestDisconnect();
+  SubmitInputText(ctx_, line);
 }
 
 void HeadlessFrontEnd::HandleControl(QStringView command) {
@@ -217,7 +217,7 @@ void HeadlessFrontEnd::RunMenuCommand(int command, QStringView nick) {
     return;
   }
   if (command >= kCmdJoin && command <= kCmdUserhost && nick.isEmpty()) {
-    if (::RunMenuCommand(ctx_, command)) session_.RequestDisconnect();
+    ::RunMenuCommand(ctx_, command);
     return;
   }
   if (!nick.isEmpty()) return RunNickListAction(ctx_, command, nick);

@@ -251,7 +251,7 @@ void MainWindow::ShowNickPane(bool shown) {
 }
 
 void MainWindow::OnSubmitted(const QString& text) {
-  if (SubmitInputText(ctx_, text)) session_.RequestDisconnect();
+  SubmitInputText(ctx_, text);
 }
 
 void MainWindow::ShowTabMenu(QPoint globalPos) {
@@ -290,8 +290,8 @@ void MainWindow::RunCommand(int command) {
     default:
       if (command >= kFirstFavoriteCommand && command <= kCmdFavoriteRemove) {
         if (const auto text = RunFavoriteCommand(shell_, ctx_.favorites, command)) input_->InsertAtCaret(*text);
-      } else if (::RunMenuCommand(ctx_, command)) {
-        session_.RequestDisconnect();
+      } else {
+        ::RunMenuCommand(ctx_, command);
       }
   }
   input_->setFocus();

@@ -1,6 +1,7 @@
 #include "commands/submit_input.h"
 
 #include "commands/command_parts.h"
+#include "commands/message_split.h"
 #include "dcc/dcc_starter.h"
 #include "settings/settings_store.h"
 
@@ -22,9 +23,11 @@ void SayInCurrentTab(ClientContext& ctx, const QString& text) {
   if (!name || (kind != TabKind::Channel && kind != TabKind::Chat))
     return PrintInCurrentTab(ctx, u"* You're not on a channel", kNavy);
   if (!IsConnected(ctx)) return PrintInCurrentTab(ctx, u"* Not connected to server", kNavy);
-  PrintInCurrentTab(ctx, OwnLine(ctx, text), ctx.Colour(LineStyle::Normal));
   TeachSentWords(ctx, text);
-  ctx.SendToServer(u"PRIVMSG "_s + *name + u" :"_s + text);
+  for (const QString& piece : SplitMessageText(text, MessageTextRoom(ctx, u"PRIVMSG", *name))) {
+    PrintInCurrentTab(ctx, OwnLine(ctx, piece), ctx.Colour(LineStyle::Normal));
+    ctx.SendToServer(u"PRIVMSG "_s + *name + u" :"_s + piece);
+  }
 }
 
 QString SettingText(const ClientContext& ctx, QStringView name) {
@@ -43,12 +46,16 @@ bool RunPart(ClientContext& ctx, const QString& text) {
   return false;
 }
 
+// The server answers a QUIT by closing the link, and its farewell ("ERROR :Closing
+// Link ...") comes first: the connection stays open to read it, only the reconnect
+// that would follow is called off.
 bool RunQuit(ClientContext& ctx, const QString& text) {
   QString line = CommandLine(text, 1);
   const QString reason = SettingText(ctx, u"quitmsg");
   if (TextAfterWords(text, 1).isEmpty() && !reason.isEmpty())
     line = CommandLine(text.trimmed(), 0) + u" :"_s + reason;
   ctx.SendToServer(line);
+  ctx.session.userQuit = true;
   return true;
 }
 

@@ -8,8 +8,8 @@
 class ClientContext;
 
 // Text goes to the current Channel or Chat tab (or its DCC chat); a "/" line is a command.
-// The line joins the input history. True when it was a "/quit", so that the session does
-// not reconnect.
+// The line joins the input history. True when it was a "/quit": the QUIT line is sent and
+// the session marked so that no reconnect follows once the server closes the link.
 bool SubmitInputText(ClientContext& ctx, QString text);
 
 // A "/" line from any source, echoed in the current tab. True for "/quit".

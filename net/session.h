@@ -13,8 +13,11 @@ struct Session {
   bool userQuit = false;         // the user ended it: no automatic reconnect, once
   QString requestedNick;         // sent in NICK; emptied when the server accepts a nick
   QString currentNick;           // the server's idea of our nick; empty until registered
+  QString ownUserHost;           // "user@host" as others see us, from our own JOIN's echo
   QByteArray receiveBuffer;      // bytes of an incomplete line
   bool discardingLongLine = false;  // an over-long line is being dropped up to its LF
-  int notifyTicks = 0;           // seconds since the last notify poll
+  // Seconds since the last notify poll; primed so that the first poll follows
+  // registration on the first tick.
+  int notifyTicks = 20;
   QString serverHost;            // the selected server, the prefix of lines without one
 };

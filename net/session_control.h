@@ -32,8 +32,8 @@ class SessionControl : public QObject {
   // The lines that register the client; false (after telling the user) when the user
   // options are incomplete.
   bool SendRegistration(const QString& host, int port, const QString& password);
-  // The user asked to disconnect (or typed /quit): the next tick ends the connection
-  // without reconnecting.
+  // The Disconnect command: the next tick ends the connection without a QUIT line and
+  // without reconnecting. (A typed /quit only marks the session: the server closes.)
   void RequestDisconnect();
 
   // Timer handlers, public so that tests drive them directly.
@@ -67,5 +67,6 @@ class SessionControl : public QObject {
   QTimer reconnectTimer_;
   std::unique_ptr<QSocketNotifier> notifier_;
   bool connecting_ = false;
+  bool identdFailureShown_ = false;
   quint64 attempt_ = 0;  // a late connect result of a cancelled attempt is discarded
 };
