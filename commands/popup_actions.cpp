@@ -206,7 +206,7 @@ void BanListChooser(ClientContext& ctx, BanList& banList) {
   QStringList masks;
   for (const BanListEntry& entry : entries) masks << entry.mask;
   const std::optional<int> chosen = ctx.shell.PickFromList(
-      channel + u" banlist"_s, u"Select ban to remove:"_s, masks, u"OK"_s);
+      channel + u" banlist"_s, u"Select ban to remove:"_s, masks, u"Remove"_s);
   if (!chosen || *chosen < 0 || *chosen >= int(entries.size())) return;
   const BanListEntry& entry = entries[*chosen];
   RunCommand(ctx, u"/MODE "_s + entry.channel + u" -b "_s + entry.mask);

@@ -223,7 +223,7 @@ TEST(ChannelTabActions, RemoveBanOffersTheServersListAndRemovesTheChoice) {
   ASSERT_EQ(client.shell.listPrompts.size(), 1);
   EXPECT_EQ(client.shell.listPrompts.front(),
             (FakeShell::ListPrompt{u"#x banlist"_s, u"Select ban to remove:"_s,
-                                   {u"*!*@one"_s, u"*!*@two"_s}, u"OK"_s}));
+                                   {u"*!*@one"_s, u"*!*@two"_s}, u"Remove"_s}));
   EXPECT_TRUE(client.ctx.actionChannel.isEmpty());
   EXPECT_TRUE(client.ctx.banList.empty());
   EXPECT_EQ(client.Shown(), QStringList());
