@@ -2,23 +2,32 @@
 // They echo what was said, so the user sees their own words where they belong.
 
 #include "commands/command_parts.h"
+#include "commands/message_split.h"
 #include "commands/submit_input.h"
 #include "views/output_path.h"
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr QChar kCtcp = QChar(1);
+constexpr int kActionFraming = 9;  // ^AACTION and the closing ^A
 
 void PrintInsufficient(ClientContext& ctx, QStringView text) {
   PrintInCurrentTab(ctx, u"* "_s + CommandWord(text, 0).toString() + u": insufficient parameters"_s,
                     ctx.Colour(LineStyle::Info));
 }
 
+// What the user said to `target`, cut to fit; `echo` shows each piece where it belongs.
 // "/msg bob hi" and "/query bob hi" send the upper-case word whatever was typed.
-void SendPrivmsg(ClientContext& ctx, QStringView target, QStringView said) {
-  ctx.SendToServer(u"PRIVMSG "_s + target.toString() + u" :"_s + said.toString());
+void SendPrivmsg(ClientContext& ctx, QStringView target, QStringView said,
+                 const std::function<void(const QString&)>& echo) {
+  for (const QString& piece : SplitMessageText(said, MessageTextRoom(ctx, u"PRIVMSG", target))) {
+    ctx.SendToServer(u"PRIVMSG "_s + target.toString() + u" :"_s + piece);
+    echo(piece);
+  }
 }
 
 }  // namespace
@@ -32,9 +41,12 @@ bool RunMe(ClientContext& ctx, const QString& text) {
     PrintToTab(ctx.tabs, 0, u"* /me: can't use /me in this window", kNavy);
     return false;
   }
-  ctx.SendToServer(u"PRIVMSG "_s + *tab + u" :"_s + kCtcp + u"ACTION "_s + said.toString() + kCtcp);
-  PrintInCurrentTab(ctx, u"* "_s + ctx.session.currentNick + u' ' + said.toString(),
-                    ctx.Colour(LineStyle::Action));
+  const int room = MessageTextRoom(ctx, u"PRIVMSG", *tab, kActionFraming);
+  for (const QString& piece : SplitMessageText(said, room)) {
+    ctx.SendToServer(u"PRIVMSG "_s + *tab + u" :"_s + kCtcp + u"ACTION "_s + piece + kCtcp);
+    PrintInCurrentTab(ctx, u"* "_s + ctx.session.currentNick + u' ' + piece,
+                      ctx.Colour(LineStyle::Action));
+  }
   return false;
 }
 
@@ -43,23 +55,30 @@ bool RunMsg(ClientContext& ctx, const QString& text) {
   const QStringView target = CommandWord(text, 1);
   const QStringView said = TextAfterWords(text, 2);
   if (said.isEmpty()) return PrintInsufficient(ctx, text), false;
-  SendPrivmsg(ctx, target, said);
   const quint32 colour = ctx.Colour(LineStyle::Normal);
   const int own = ctx.tabs.FindTab(target, TabKind::Any);
-  if (own >= 0) {
-    PrintToTab(ctx.tabs, own, OwnLine(ctx, said), colour);
-  } else {
-    PrintInCurrentTab(ctx, u"-> *"_s + target.toString() + u"* "_s + said.toString(), colour);
-  }
+  SendPrivmsg(ctx, target, said, [&](const QString& piece) {
+    if (own >= 0) {
+      PrintToTab(ctx.tabs, own, OwnLine(ctx, piece), colour);
+    } else {
+      PrintInCurrentTab(ctx, u"-> *"_s + target.toString() + u"* "_s + piece, colour);
+    }
+  });
   return false;
 }
 
 bool RunNotice(ClientContext& ctx, const QString& text) {
   const QStringView said = TextAfterWords(text, 2);
   if (said.isEmpty()) return PrintInsufficient(ctx, text), false;
-  ctx.SendToServer(CommandLine(text, 2));
-  PrintInCurrentTab(ctx, u"-> -"_s + CommandWord(text, 1).toString() + u"- "_s + said.toString(),
-                    ctx.Colour(LineStyle::Normal));
+  // The words before the text go out as typed, in front of every piece.
+  const QString line = CommandLine(text, 2);
+  const QString head = line.first(line.size() - said.size());
+  const QStringView target = CommandWord(text, 1);
+  for (const QString& piece : SplitMessageText(said, MessageTextRoom(ctx, u"NOTICE", target))) {
+    ctx.SendToServer(head + piece);
+    PrintInCurrentTab(ctx, u"-> -"_s + target.toString() + u"- "_s + piece,
+                      ctx.Colour(LineStyle::Normal));
+  }
   return false;
 }
 
@@ -73,8 +92,9 @@ bool RunQuery(ClientContext& ctx, const QString& text) {
   ctx.tabs.ActivateTab(position);
   const QStringView said = TextAfterWords(text, 2);
   if (said.isEmpty()) return false;
-  SendPrivmsg(ctx, nick, said);
-  PrintToTab(ctx.tabs, position, OwnLine(ctx, said), ctx.Colour(LineStyle::Normal));
+  SendPrivmsg(ctx, nick, said, [&](const QString& piece) {
+    PrintToTab(ctx.tabs, position, OwnLine(ctx, piece), ctx.Colour(LineStyle::Normal));
+  });
   return false;
 }
 

@@ -55,9 +55,12 @@ void OnJoin(ClientContext& ctx, const ServerMessage& message) {
   // Neither a nameless channel tab nor a nameless entry in a nick list makes sense.
   if (channel.isEmpty() || NickOf(message.prefix).isEmpty()) return;
   PlayEventSound(ctx, u"join");
-  if (IsOwnNick(ctx, NickOf(message.prefix)))
+  if (IsOwnNick(ctx, NickOf(message.prefix))) {
+    // How long our lines are when others receive them: what a long message is cut for.
+    const QStringView address = AddressOf(message.prefix);
+    if (!address.isEmpty()) ctx.session.ownUserHost = address.toString();
     JoinOwn(ctx, channel);
-  else
+  } else
     JoinOther(ctx, message, channel);
 }
 

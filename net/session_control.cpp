@@ -66,6 +66,7 @@ void SessionControl::Connect() {
   if (connecting_) return;
   Session& session = ctx_.session;
   session.currentNick.clear();
+  session.ownUserHost.clear();
   session.receiveBuffer.clear();
   session.discardingLongLine = false;
   if (!TestOption(ctx_.settings, kOptRejoinOnConnect) &&
@@ -171,9 +172,10 @@ void SessionControl::Disconnect() {
     if (IsIrcConversation(ctx_.tabs.At(i)->kind)) PrintToTab(ctx_.tabs, i, u"* Disconnected", colour);
 }
 
+// A port that cannot be bound is said once: the same failure at every connect is noise.
 void SessionControl::StartIdentd() {
   QPointer<SessionControl> self(this);
-  ::StartIdentd(
+  const int error = ::StartIdentd(
       this,
       [self](int socket) {
         if (!self) return CloseSocketQuietly(socket);
@@ -181,6 +183,10 @@ void SessionControl::StartIdentd() {
         self->ctx_.session.identdSocket = socket;
       },
       identdPort);
+  if (error == 0 || identdFailureShown_) return;
+  identdFailureShown_ = true;
+  ctx_.PrintStatus(u"* Identd can't listen on port %1: %2"_s.arg(identdPort).arg(qt_error_string(error)),
+                   LineStyle::Info);
 }
 
 void SessionControl::PollTick() {
