@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QStringDecoder>
 
+#include <cerrno>
 #include <system_error>
 #include <thread>
 
@@ -73,21 +74,21 @@ QString ReadSetting(const SettingsStore& settings, QStringView name, int capacit
 
 }  // namespace
 
-bool StartIdentd(QObject* receiver, std::function<void(int socket)> onAccepted, int port,
-                 std::chrono::seconds wait) {
+int StartIdentd(QObject* receiver, std::function<void(int socket)> onAccepted, int port,
+                std::chrono::seconds wait) {
   const int listener = OpenListener(0, port);
-  if (listener == kNoSocket) return false;
+  if (listener == kNoSocket) return errno;
   try {
     std::thread([listener, wait, receiver = QPointer<QObject>(receiver),
                  onAccepted = std::move(onAccepted)]() mutable {
       const int socket = AcceptOne(listener, wait);
       if (socket != kNoSocket) HandOver(socket, std::move(receiver), std::move(onAccepted));
     }).detach();
-  } catch (const std::system_error&) {
+  } catch (const std::system_error& failure) {
     CloseSocketQuietly(listener);
-    return false;
+    return failure.code().value();
   }
-  return true;
+  return 0;
 }
 
 std::optional<QString> BuildIdentdReply(QStringView query, QStringView system, QStringView user) {

@@ -21,10 +21,11 @@ inline constexpr int kIdentdPort = 113;
 // The listener is open when this returns, so a server connect started next is
 // answered. The accepted socket is handed to `onAccepted` on the application's main
 // thread through its event loop; when `receiver` is gone by then the socket is closed
-// instead. Returns false, and stays silent, when the port cannot be bound. The client
-// always listens on 113; tests pass a free port.
-bool StartIdentd(QObject* receiver, std::function<void(int socket)> onAccepted,
-                 int port = kIdentdPort, std::chrono::seconds wait = std::chrono::seconds(10));
+// instead. Returns 0, or the errno of the failure when the port cannot be bound (113
+// needs root or cap_net_bind_service on Linux). The client always listens on 113; tests
+// pass a free port.
+int StartIdentd(QObject* receiver, std::function<void(int socket)> onAccepted,
+                int port = kIdentdPort, std::chrono::seconds wait = std::chrono::seconds(10));
 
 // The reply to `query` ("6667 , 1025" gives "6667, 1025 : USERID : <system> : <user>"),
 // without its CR LF; nullopt for an empty query or one without ",".

@@ -255,7 +255,9 @@ int OpenListener(quint32 address, int& port) {
       bind(fd, reinterpret_cast<const sockaddr*>(&local), sizeof local) == 0 &&
       ReadBackPort(fd, port) && listen(fd, kListenBacklog) == 0;
   if (listening) return fd;
+  const int failure = errno;  // the caller may tell the user why
   CloseSocketQuietly(fd);
+  errno = failure;
   return kNoSocket;
 }
 

@@ -61,7 +61,8 @@ void CloseSocketQuietly(int socket);
 void CloseSocket(int socket, SocketErrorSink& errors);
 
 // A listening socket on `address` (host order, 0 for any) and `port`; port 0 lets the
-// system choose, and the chosen port is written back. -1 on failure (nothing left open).
+// system choose, and the chosen port is written back. -1 on failure (nothing left open;
+// errno tells why).
 int OpenListener(quint32 address, int& port);
 // Waits up to the time-out for one connection; the listener is closed in every case.
 int AcceptOne(int listener, std::chrono::microseconds timeout);

@@ -6,6 +6,8 @@
 #include "support/test_app.h"
 
 #include <QObject>
+
+#include <cerrno>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -182,7 +184,7 @@ TEST(IdentdThread, HandsTheAcceptedSocketToTheMainThread) {
   QObject receiver;
   HandOver handOver;
   const int port = FreePort();
-  ASSERT_TRUE(StartIdentd(&receiver, handOver.Callback(), port, 2s));
+  ASSERT_EQ(0, StartIdentd(&receiver, handOver.Callback(), port, 2s));
   const ConnectResult asker = ConnectToServer("127.0.0.1", port, 2s);
   ASSERT_NE(asker.socket, kNoSocket);
   ASSERT_TRUE(RunUntil([&] { return handOver.socket != kNoSocket; }, 2000));
@@ -198,7 +200,7 @@ TEST(IdentdThread, ClosesTheSocketWhenTheReceiverIsGone) {
   auto receiver = std::make_unique<QObject>();
   HandOver handOver;
   const int port = FreePort();
-  ASSERT_TRUE(StartIdentd(receiver.get(), handOver.Callback(), port, 2s));
+  ASSERT_EQ(0, StartIdentd(receiver.get(), handOver.Callback(), port, 2s));
   receiver.reset();
   const ConnectResult asker = ConnectToServer("127.0.0.1", port, 2s);
   ASSERT_NE(asker.socket, kNoSocket);
@@ -216,7 +218,7 @@ TEST(IdentdThread, EndsSilentlyWhenNoQueryComes) {
   HandOver handOver;
   const int port = FreePort();
   const auto start = Clock::now();
-  ASSERT_TRUE(StartIdentd(&receiver, handOver.Callback(), port, 1s));
+  ASSERT_EQ(0, StartIdentd(&receiver, handOver.Callback(), port, 1s));
   // The port can be bound again once the identd thread has let it go.
   const auto released = [port] {
     int probe = port;
@@ -229,14 +231,14 @@ TEST(IdentdThread, EndsSilentlyWhenNoQueryComes) {
   EXPECT_EQ(handOver.socket, kNoSocket);
 }
 
-TEST(IdentdThread, StaysSilentWhenThePortIsTaken) {
+TEST(IdentdThread, SaysWhyWhenThePortIsTaken) {
   TestApp();
   QObject receiver;
   HandOver handOver;
   int port = 0;
   const int taken = OpenListener(0, port);
   ASSERT_NE(taken, kNoSocket);
-  EXPECT_FALSE(StartIdentd(&receiver, handOver.Callback(), port, 1s));
+  EXPECT_EQ(StartIdentd(&receiver, handOver.Callback(), port, 1s), EADDRINUSE);
   CloseSocketQuietly(taken);
 }
 
@@ -245,7 +247,7 @@ TEST(IdentdThread, AnswersOnPort113WhenItCanBeBound) {
   TestApp();
   QObject receiver;
   HandOver handOver;
-  if (!StartIdentd(&receiver, handOver.Callback(), kIdentdPort, 2s))
+  if (StartIdentd(&receiver, handOver.Callback(), kIdentdPort, 2s) != 0)
     GTEST_SKIP() << "port 113 cannot be bound here";
   const ConnectResult asker = ConnectToServer("127.0.0.1", kIdentdPort, 2s);
   ASSERT_NE(asker.socket, kNoSocket);

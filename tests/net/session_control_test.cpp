@@ -2,6 +2,7 @@
 // byte, and the failures a user can meet on the way.
 
 #include "app/client_context.h"
+#include "commands/submit_input.h"
 #include "net/server_list.h"
 #include "net/session_control.h"
 #include "settings/settings_defaults.h"
@@ -164,6 +165,19 @@ TEST_F(SessionControlTest, FailuresTellTheUserAndLeaveNothingOpen) {
   EXPECT_EQ(shell.messages.last().text, u"Select the IRC server first!~"_s);
 }
 
+TEST_F(SessionControlTest, IdentdThatCannotListenSaysSoOnce) {
+  int port = 0;
+  const int taken = OpenListener(0, port);
+  ASSERT_NE(taken, kNoSocket);
+  control.identdPort = port;
+  UseServer(u"127.0.0.1"_s, QString::number(FreeLoopbackPort()));  // refused: fine here
+  ASSERT_TRUE(ConnectAndWait());
+  ASSERT_TRUE(ConnectAndWait());
+  EXPECT_EQ(Lines(0).count(u"* Identd can't listen on port %1: Address already in use"_s.arg(port)), 1)
+      << Lines(0).join(u'\n').toStdString();
+  CloseSocketQuietly(taken);
+}
+
 TEST_F(SessionControlTest, IncompleteUserOptionsStopRegistrationAndRetryWithReconnect) {
   for (const bool reconnect : {false, true}) {
     ScriptedServer fresh;
@@ -192,7 +206,32 @@ TEST_F(SessionControlTest, ASilentServerNeitherHangsNorRegisters) {
   RunUntil([] { return false; }, 1200);  // a tick or so
   EXPECT_TRUE(ctx.session.connected);
   EXPECT_TRUE(ctx.session.currentNick.isEmpty());
-  EXPECT_EQ(ctx.session.notifyTicks, 0);  // the notify count waits for registration
+  EXPECT_EQ(ctx.session.notifyTicks, 20);  // the notify count waits for registration
+}
+
+// The first notify poll follows the welcome at once; a typed quit leaves the link open
+// until the server closes it, so its farewell is shown, and nothing reconnects.
+TEST_F(SessionControlTest, QuitWaitsForTheServersFarewellAfterTheFirstNotifyPoll) {
+  UseServer(u"127.0.0.1"_s, QString::number(server.Port()));
+  SetFlag(settings, u"Options", kOptReconnect, true);
+  settings.SetDword(u"en_notify", 1);
+  settings.SetString(u"notify", u"bob ", 2002);
+  ASSERT_TRUE(ConnectAndWait());
+  server.Send(":irc.test 001 pocketfan :Welcome\r\n");
+  EXPECT_TRUE(RunUntil([&] { return server.Received().contains("ISON bob \n"); }, 1500));
+  ctx.tabs.OpenTab(u"bob", TabKind::Chat);
+  ctx.tabs.ActivateTab(1);
+  EXPECT_TRUE(SubmitInputText(ctx, u"/quit bye"_s));
+  EXPECT_TRUE(RunUntil([&] { return server.Received().contains("quit :bye\n"); }));
+  RunUntil([] { return false; }, 1500);  // the server takes its time to answer
+  ASSERT_NE(ctx.session.serverSocket, kNoSocket);
+  server.Send("ERROR :Closing Link: pocketfan (bye)\r\n");
+  server.CloseClient();
+  ASSERT_TRUE(RunUntil([&] { return ctx.session.serverSocket == kNoSocket; }, 3000));
+  EXPECT_EQ(Lines(0).mid(Lines(0).size() - 2),
+            (QStringList{u"Closing Link: pocketfan (bye)"_s, u"* Disconnected"_s}));
+  EXPECT_FALSE(control.IsConnecting());
+  EXPECT_FALSE(ctx.session.userQuit);
 }
 
 }  // namespace
