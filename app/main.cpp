@@ -4,6 +4,7 @@
 
 #include "app/headless_front_end.h"
 #include "app/home_folder.h"
+#include "app/home_lock.h"
 #include "app/main_window.h"
 #include "app/single_instance_window.h"
 #include "app/startup_notice_dialog.h"
@@ -13,6 +14,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QMessageBox>
 #include <QScreen>
 #include <QTextStream>
 
@@ -46,9 +48,20 @@ void ShowWindow(MainWindow& window) {
   }
 }
 
+// Another process has the home folder: a window of ours comes to the front, anything
+// else (the headless client) is named, and this start ends without touching a file.
+int RefuseSecondStart(bool headless, const QString& home, const HomeLock& lock) {
+  if (!headless && HasDisplay()) {
+    if (SingleInstance(home).RaiseRunningInstance()) return 0;
+    QMessageBox::warning(nullptr, u"Tolv"_s, lock.InUseText());
+  } else {
+    QTextStream(stderr) << "tolv: " << lock.InUseText() << "\n";
+  }
+  return 1;
+}
+
 int RunWindow(SettingsStore& store, bool connectAtStart) {
   SingleInstance instance(store.HomeDir());
-  if (instance.RaiseRunningInstance()) return 0;
   MainWindow window(store);
   instance.Listen(&window);
   ShowWindow(window);
@@ -75,6 +88,8 @@ int main(int argc, char** argv) {
   options.process(*app);
 
   const QString home = SettingsStore::DefaultHomeDir();
+  HomeLock lock(home);
+  if (!lock.Acquire()) return RefuseSecondStart(headless, home, lock);
   FillHomeFolder(home, ShippedDataFolder());
   SettingsStore store(home);
   InitialiseDefaults(store);

@@ -5,6 +5,7 @@
 #include "support/test_app.h"
 
 #include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -88,6 +89,35 @@ TEST_F(HeadlessTolv, TheMenuCommandTogglesTheConnection) {
   EXPECT_TRUE(WaitForLine(u"Status\t* Disconnected"_s, 3000));
   tolv.closeWriteChannel();
   EXPECT_TRUE(RunUntil([&] { return tolv.state() == QProcess::NotRunning; }, 5000));
+}
+
+// Two processes on one home would undo each other's settings: the second one is turned
+// away before it writes anything.
+TEST_F(HeadlessTolv, ASecondProcessOnTheSameHomeIsTurnedAway) {
+  tolv.start(QStringLiteral(TOLV_BINARY), {u"--headless"_s});
+  ASSERT_TRUE(tolv.waitForStarted(5000));
+  ASSERT_TRUE(RunUntil([&] { return QFile::exists(home.path() + u"/settings.reg"_s); }, 5000));
+  Type("/join #x");
+  ASSERT_TRUE(WaitForLine(u"Status\t* /join: not connected to server"_s));
+  QFile settings(home.path() + u"/settings.reg"_s);
+  ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
+  const QByteArray before = settings.readAll();
+  settings.close();
+
+  for (const QStringList& arguments : {QStringList{u"--headless"_s}, QStringList{}}) {
+    QProcess second;
+    QProcessEnvironment env = tolv.processEnvironment();
+    for (const QString& display : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s}) env.remove(display);
+    second.setProcessEnvironment(env);
+    second.start(QStringLiteral(TOLV_BINARY), arguments);
+    ASSERT_TRUE(second.waitForFinished(5000));
+    EXPECT_EQ(second.exitCode(), 1);
+    EXPECT_TRUE(second.readAllStandardError().contains(
+        "Tolv is already running with the home folder " + home.path().toUtf8() + " (process " +
+        QByteArray::number(tolv.processId()) + ")"));
+  }
+  ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
+  EXPECT_EQ(settings.readAll(), before);
 }
 
 }  // namespace
