@@ -6,6 +6,7 @@
 #include "app/home_folder.h"
 #include "app/main_window.h"
 #include "app/single_instance_window.h"
+#include "app/splash_window.h"
 #include "app/startup_notice_dialog.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
@@ -67,6 +68,7 @@ int main(int argc, char** argv) {
   else
     app = std::make_unique<QCoreApplication>(argc, argv);
   QCoreApplication::setApplicationName(u"tolv"_s);
+  if (auto* gui = qobject_cast<QApplication*>(app.get())) gui->setWindowIcon(AppIcon());
 
   QCommandLineParser options;
   options.addHelpOption();

@@ -90,6 +90,7 @@ QFont FontOf(const SettingsStore& settings, QStringView face, int pixels, bool b
 MainWindow::MainWindow(SettingsStore& settings, QWidget* parent)
     : QMainWindow(parent), shell_(this), ctx_(settings, shell_), session_(ctx_), nickModel_(ctx_.tabs) {
   setWindowTitle(u"Tolv"_s);
+  setWindowIcon(AppIcon());
   BuildWidgets();
   ConnectModel();
   ctx_.favorites.SetFilePath(FavoritesPath(settings));

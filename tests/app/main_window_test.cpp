@@ -5,6 +5,7 @@
 #include "app/input_line_widget.h"
 #include "app/main_window.h"
 #include "app/menu_bar_widget.h"
+#include "app/splash_window.h"
 #include "irc/line_assembly.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
@@ -153,6 +154,11 @@ TEST_F(MainWindowTest, SizesFollowTheScreenFactor) {
     EXPECT_EQ(window->TextViewOf(tab->id)->TextFont().pixelSize(), c.pixels) << c.width;
     Screenshot(u"main_%1x%2.png"_s.arg(c.width).arg(c.height));
   }
+}
+
+TEST_F(MainWindowTest, TheWindowShowsTheIcon) {
+  ASSERT_FALSE(window->windowIcon().isNull());
+  EXPECT_EQ(window->windowIcon().pixmap(32).toImage(), AppIcon().pixmap(32).toImage());
 }
 
 TEST_F(MainWindowTest, ArrowsStepTabsOnlyWhileTheLineIsEmpty) {
