@@ -36,10 +36,13 @@ bool WantsHeadless(int argc, char** argv) {
 }
 
 // A pocket-sized portrait window on a desktop; the whole screen when it is that small.
+// Without a window manager (a bare X device) asking for full screen changes nothing, so
+// the window takes the screen's size itself; with one, full screen is the same size.
 void ShowWindow(MainWindow& window) {
   const QScreen* screen = QGuiApplication::primaryScreen();
-  const QSize available = screen ? screen->availableSize() : QSize(480, 640);
+  const QRect available = screen ? screen->availableGeometry() : QRect(0, 0, 480, 640);
   if (available.width() <= 480 || available.height() <= 640) {
+    window.setGeometry(available);
     window.showFullScreen();
   } else {
     window.resize(480, 640);

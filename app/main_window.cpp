@@ -164,8 +164,11 @@ void MainWindow::ConnectModel() {
     if (nickView_->isVisible()) ctx_.tabs.SetNickPaneWidth(ctx_.tabs.Current(), splitter_->sizes().value(1));
   });
   shell_.SetConnectionStateHandler([this](bool connected) { menu_->ShowConnected(connected); });
-  connect(QGuiApplication::inputMethod(), &QInputMethod::keyboardRectangleChanged, this,
-          &MainWindow::FollowKeyboard);
+  const auto followKeyboard = [this] {
+    const QInputMethod* keyboard = QGuiApplication::inputMethod();
+    FollowKeyboard(keyboard->keyboardRectangle(), keyboard->isVisible());
+  };
+  connect(QGuiApplication::inputMethod(), &QInputMethod::keyboardRectangleChanged, this, followKeyboard);
 }
 
 ColorTextWidget* MainWindow::TextViewOf(TabId tab) const {
@@ -315,10 +318,9 @@ void MainWindow::Exit() {
   close();
 }
 
-// With a soft keyboard up, the input line stays above it: the tab area gives way.
-void MainWindow::FollowKeyboard() {
-  const QRectF keyboard = QGuiApplication::inputMethod()->keyboardRectangle();
-  const QRect covered = keyboard.toRect().intersected(geometry());
-  centralWidget()->layout()->setContentsMargins(0, 0, 0, QGuiApplication::inputMethod()->isVisible()
-                                                             ? covered.height() : 0);
+// The tab area gives way. The keyboard's rectangle is in the window's coordinates, as
+// rect() is; geometry() is the window's place on the screen.
+void MainWindow::FollowKeyboard(const QRectF& keyboard, bool shown) {
+  const QRect covered = keyboard.toRect().intersected(rect());
+  centralWidget()->layout()->setContentsMargins(0, 0, 0, shown ? covered.height() : 0);
 }

@@ -51,6 +51,10 @@ class MainWindow : public QMainWindow {
   void RunTabMenuCommand(int command);
   void RunNickMenuCommand(int command, const QString& shownNick);
 
+  // With a soft keyboard up over `keyboard` (window coordinates), the input line stays
+  // above it.
+  void FollowKeyboard(const QRectF& keyboard, bool shown);
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
@@ -68,7 +72,6 @@ class MainWindow : public QMainWindow {
   void OpenHelp();
   void ShowAbout();
   void Exit();
-  void FollowKeyboard();
 
   WindowShell shell_;
   ClientContext ctx_;

@@ -71,8 +71,9 @@ QIcon AppIcon() { return QIcon(QString::fromUtf16(kIconResource)); }
 QRect SplashGeometry(int factor, QSize mainWindow) {
   const int width = kLogoWidth * factor;
   const int height = kLogoHeight * factor;
-  return {(mainWindow.width() - width) / 2, (mainWindow.height() - height) / 2 + 22, width,
-          height};
+  const int top = (mainWindow.height() - height) / 2 + 22;
+  return {(mainWindow.width() - width) / 2, qMax(0, qMin(top, mainWindow.height() - height)),
+          width, height};
 }
 
 // Whole pixels, so that the bubbles are drawn the same on every splash of a factor.

@@ -15,6 +15,7 @@ QIcon AppIcon();
 
 // Where the splash stands in the main window's coordinates: 240 x 151 times the screen
 // factor, centred across, and a little below the middle so that it clears the menu bar.
+// On a window too short for that, it moves up until its bottom edge is the window's.
 QRect SplashGeometry(int factor, QSize mainWindow);
 
 // Where the splash draws the icon's bubbles, in its own pixels.

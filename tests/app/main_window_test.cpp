@@ -77,6 +77,11 @@ class MainWindowTest : public ::testing::Test {
             "more than once, to show the rule\r\n"_s);
     RunUntil([] { return false; }, 50);
   }
+  void Settle() { RunUntil([] { return false; }, 50); }
+  int InputLineBottom() const {
+    const InputLineWidget* input = window->InputLine();
+    return input->mapTo(window.get(), QPoint(0, input->height())).y();
+  }
   void Screenshot(const QString& name) {
     QDir().mkpath(QStringLiteral(TOLV_SCREENSHOT_DIR));
     window->grab().save(QStringLiteral(TOLV_SCREENSHOT_DIR) + u'/' + name);
@@ -159,6 +164,22 @@ TEST_F(MainWindowTest, SizesFollowTheScreenFactor) {
 TEST_F(MainWindowTest, TheWindowShowsTheIcon) {
   ASSERT_FALSE(window->windowIcon().isNull());
   EXPECT_EQ(window->windowIcon().pixmap(32).toImage(), AppIcon().pixmap(32).toImage());
+}
+
+// The keyboard's rectangle is in the window's coordinates wherever the window stands on
+// the screen; the input line ends above it, and returns to the bottom when it goes.
+TEST_F(MainWindowTest, TheInputLineStaysAboveTheSoftKeyboard) {
+  window->show();
+  for (const QPoint at : {QPoint(0, 0), QPoint(600, 0)}) {
+    SCOPED_TRACE(at.x());
+    window->move(at);
+    Settle();
+    window->FollowKeyboard(QRectF(0, 400, 480, 240), true);
+    EXPECT_TRUE(RunUntil([&] { return InputLineBottom() <= 400; }, 1000)) << InputLineBottom();
+    EXPECT_GE(InputLineBottom(), 395);
+    window->FollowKeyboard(QRectF(), false);
+    EXPECT_TRUE(RunUntil([&] { return InputLineBottom() >= 635; }, 1000)) << InputLineBottom();
+  }
 }
 
 TEST_F(MainWindowTest, ArrowsStepTabsOnlyWhileTheLineIsEmpty) {

@@ -41,7 +41,9 @@ INSTANTIATE_TEST_SUITE_P(
         // (588 - 302) / 2 + 22 = 165
         GeometryCase{"Vga", 2, QSize(480, 588), QRect(0, 165, 480, 302)},
         // (481 - 240) / 2 = 120 and (640 - 151) / 2 = 244, both truncated
-        GeometryCase{"OddWideWindow", 1, QSize(481, 640), QRect(120, 266, 240, 151)}),
+        GeometryCase{"OddWideWindow", 1, QSize(481, 640), QRect(120, 266, 240, 151)},
+        // (320 - 302) / 2 + 22 = 31 would end at 333: it moves up to end at 320
+        GeometryCase{"ShortWindow", 2, QSize(720, 320), QRect(120, 18, 480, 302)}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(SplashWindow, LinesStartWithTheVersionAndEndWithTheHint) {
