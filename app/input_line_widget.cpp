@@ -57,6 +57,15 @@ QMenu* InputLineWidget::MakeEditMenu(QWidget* parent) {
   return menu;
 }
 
+void InputLineWidget::SetTextColour(quint32 colourRef) {
+  QPalette palette = lineEdit()->palette();
+  palette.setColor(QPalette::Text, colourRef == 0 ? this->palette().color(QPalette::Text)
+                                                  : QColor(int(colourRef & 0xff),
+                                                           int((colourRef >> 8) & 0xff),
+                                                           int((colourRef >> 16) & 0xff)));
+  lineEdit()->setPalette(palette);
+}
+
 void InputLineWidget::Submit() {
   const QString text = currentText();
   clearEditText();

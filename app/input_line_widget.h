@@ -19,6 +19,9 @@ class InputLineWidget : public QComboBox {
   void InsertAtCaret(const QString& text);
   // Builds the edit menu with its items greyed as the selection and clipboard say.
   QMenu* MakeEditMenu(QWidget* parent);
+  // The typed text's colour (0x00BBGGRR; 0 is the usual text colour), on the field's
+  // own background.
+  void SetTextColour(quint32 colourRef);
 
  signals:
   void submitted(const QString& text);

@@ -13,6 +13,7 @@
 #include "settings/settings_paths.h"
 #include "settings/settings_store.h"
 #include "views/color_text_widget.h"
+#include "views/line_style.h"
 #include "views/tab_strip_widget.h"
 
 #include <QBoxLayout>
@@ -35,6 +36,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kHoldMilliseconds = 600;
+constexpr int kInputColourEntry = 1;  // of "kolory"
 
 // A press held still on a list opens its menu, as a right click does: fingers have no
 // second button.
@@ -98,6 +100,7 @@ MainWindow::MainWindow(SettingsStore& settings, QWidget* parent)
   menu_->ShowFavorites(ctx_.favorites.Sentences());
   resize(480, 640);
   ApplyScale();
+  ApplyColours();
 }
 
 MainWindow::~MainWindow() {
@@ -287,7 +290,7 @@ void MainWindow::RunCommand(int command) {
     case kCmdExit: return Exit();
     case kCmdColoursDefault:
       ResetColourPalette(ctx_);
-      views_->update();
+      ApplyColours();
       break;
     case kCmdHelpContents: OpenHelp(); break;
     case kCmdHelpAbout: ShowAbout(); break;
@@ -316,6 +319,11 @@ void MainWindow::ShowAbout() {
 void MainWindow::Exit() {
   if (ctx_.session.serverSocket != kNoSocket) session_.Disconnect();
   close();
+}
+
+void MainWindow::ApplyColours() {
+  input_->SetTextColour(ViewColour(ctx_.settings, kInputColourEntry));
+  for (auto& [id, view] : textViews_) view->viewport()->update();
 }
 
 // The tab area gives way. The keyboard's rectangle is in the window's coordinates, as

@@ -6,6 +6,7 @@
 #include "app/main_window.h"
 #include "app/menu_bar_widget.h"
 #include "app/splash_window.h"
+#include "commands/command_ids.h"
 #include "irc/line_assembly.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
@@ -21,6 +22,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -158,6 +160,42 @@ TEST_F(MainWindowTest, SizesFollowTheScreenFactor) {
     const ConversationTab* tab = window->Context().tabs.At(1);
     EXPECT_EQ(window->TextViewOf(tab->id)->TextFont().pixelSize(), c.pixels) << c.width;
     Screenshot(u"main_%1x%2.png"_s.arg(c.width).arg(c.height));
+  }
+}
+
+// Entry 1 of "kolory" (0x00BBGGRR) is the typed text's colour, on the field's own
+// background: from the start, and again when the colours have been reset.
+TEST_F(MainWindowTest, TheInputLineTextHasTheSchemesColour) {
+  const auto setEntry = [&](quint32 colour) {
+    QByteArray scheme;
+    ASSERT_TRUE(settings.GetBinary(u"kolory", scheme, 96));
+    for (int i = 0; i < 4; ++i) scheme[4 + i] = char((colour >> (8 * i)) & 0xff);
+    settings.SetBinary(u"kolory", scheme);
+  };
+  const QColor usual = window->InputLine()->palette().color(QPalette::Text);
+  const QColor base = window->InputLine()->lineEdit()->palette().color(QPalette::Base);
+  setEntry(0x000000ff);
+  MainWindow fresh(settings);
+  EXPECT_EQ(fresh.InputLine()->lineEdit()->palette().color(QPalette::Text), QColor(255, 0, 0));
+
+  window->show();
+  window->Shell().SetBeforeExecHook([](QDialog* box) {
+    QTimer::singleShot(0, box, [box] {
+      for (QPushButton* button : box->findChildren<QPushButton*>())
+        if (button->text() == u"Yes"_s) button->click();
+    });
+  });
+  const struct {
+    quint32 entry;
+    QColor shown;
+  } cases[] = {{0x00804020, QColor(0x20, 0x40, 0x80)}, {0x0000c000, QColor(0, 0xc0, 0)}, {0, usual}};
+  const QLineEdit* edit = window->InputLine()->lineEdit();
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.entry);
+    setEntry(c.entry);
+    window->RunCommand(kCmdColoursDefault);
+    EXPECT_EQ(edit->palette().color(QPalette::Text), c.shown);
+    EXPECT_EQ(edit->palette().color(QPalette::Base), base);
   }
 }
 
