@@ -19,6 +19,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
@@ -218,6 +219,24 @@ TEST_F(MainWindowTest, TheInputLineStaysAboveTheSoftKeyboard) {
     window->FollowKeyboard(QRectF(), false);
     EXPECT_TRUE(RunUntil([&] { return InputLineBottom() >= 635; }, 1000)) << InputLineBottom();
   }
+}
+
+// Lines in the default colour leave a tab's label grey: the count in its badge shows them,
+// until the tab is shown.
+TEST_F(MainWindowTest, UnreadLinesAreCountedInTheTabsBadge) {
+  window->show();
+  JoinChannelWithTalk();
+  window->Context().tabs.ActivateTab(0);
+  Receive(u":alice!a@h PRIVMSG #tolv :one\r\n:bob!b@h PRIVMSG #tolv :two\r\n"_s);
+  const auto badge = [&]() -> QString {
+    const QLabel* label = window->Strip()->UnreadBadge(1);
+    return label && label->isVisible() ? label->text() : u"none"_s;
+  };
+  EXPECT_TRUE(RunUntil([&] { return badge() == u"2"_s; }, 1000)) << badge().toStdString();
+  EXPECT_EQ(window->Context().tabs.At(1)->labelColour, kLabelGrey);
+  EXPECT_EQ(window->Strip()->UnreadBadge(0), nullptr);
+  window->Context().tabs.ActivateTab(1);
+  EXPECT_TRUE(RunUntil([&] { return badge() == u"none"_s; }, 1000)) << badge().toStdString();
 }
 
 TEST_F(MainWindowTest, ArrowsStepTabsOnlyWhileTheLineIsEmpty) {
