@@ -1,5 +1,7 @@
 #include "app/input_line_widget.h"
 
+#include "app/touch_targets_widget.h"
+
 #include <QAbstractItemModel>
 #include <QApplication>
 #include <QClipboard>
@@ -54,6 +56,7 @@ QMenu* InputLineWidget::MakeEditMenu(QWidget* parent) {
   menu->addAction(u"Copy"_s, edit, &QLineEdit::copy)->setEnabled(selected);
   menu->addAction(u"Paste"_s, edit, &QLineEdit::paste)->setEnabled(ClipboardHasText());
   menu->addAction(u"Delete"_s, edit, &QLineEdit::del)->setEnabled(selected);
+  FitForTouch(menu, factor_);
   return menu;
 }
 

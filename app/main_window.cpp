@@ -4,6 +4,7 @@
 #include "app/menu_bar_widget.h"
 #include "app/popup_menu_widget.h"
 #include "app/splash_window.h"
+#include "app/touch_targets_widget.h"
 #include "commands/command_ids.h"
 #include "commands/menu_commands.h"
 #include "commands/popup_actions.h"
@@ -211,13 +212,19 @@ void MainWindow::ApplyScale() {
   strip_->setFont(tabFont);
   strip_->SetScaleFactor(factor);
   input_->setFont(FontOf(ctx_.settings, u"EditFontName", fonts.input));
-  for (QWidget* widget : std::initializer_list<QWidget*>{menu_, tabMenuButton_, nickToggle_})
-    widget->setFont(input_->font());
+  input_->setMinimumHeight(TouchHeight(factor));
+  input_->SetScaleFactor(factor);
   nickView_->setFont(FontOf(ctx_.settings, u"ListFontName", fonts.list));
   const QFont text = FontOf(ctx_.settings, u"TextFontName", fonts.text);
   for (auto& [id, view] : textViews_) view->SetTextFont(text);
   shell_.SetFieldFont(input_->font());
-  for (QToolButton* button : {tabMenuButton_, nickToggle_}) button->setFixedWidth(20 * factor);
+  shell_.SetScaleFactor(factor);
+  FitForTouch(menu_, factor);
+  // Square buttons as tall as a finger needs.
+  for (QToolButton* button : {tabMenuButton_, nickToggle_}) {
+    FitForTouch(button, factor);
+    button->setFixedWidth(TouchHeight(factor));
+  }
 }
 
 void MainWindow::OnTabOpened(TabId id, int) {
@@ -264,14 +271,14 @@ void MainWindow::OnSubmitted(const QString& text) {
 void MainWindow::ShowTabMenu(QPoint globalPos) {
   const ConversationTab* tab = ctx_.tabs.At(ctx_.tabs.Current());
   if (!tab) return;
-  if (const int command = ExecTabMenu(tab->kind, this, globalPos)) RunTabMenuCommand(command);
+  if (const int command = ExecTabMenu(tab->kind, this, factor_, globalPos)) RunTabMenuCommand(command);
 }
 
 void MainWindow::ShowNickMenu(QPoint globalPos) {
   const QModelIndex index = nickView_->indexAt(nickView_->viewport()->mapFromGlobal(globalPos));
   if (!index.isValid()) return;
   const QString nick = index.data().toString();
-  if (const int command = ExecNickMenu(this, globalPos)) RunNickMenuCommand(command, nick);
+  if (const int command = ExecNickMenu(this, factor_, globalPos)) RunNickMenuCommand(command, nick);
 }
 
 void MainWindow::RunTabMenuCommand(int command) {

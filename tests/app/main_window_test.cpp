@@ -5,6 +5,7 @@
 #include "app/input_line_widget.h"
 #include "app/main_window.h"
 #include "app/menu_bar_widget.h"
+#include "app/popup_menu_widget.h"
 #include "app/splash_window.h"
 #include "commands/command_ids.h"
 #include "irc/line_assembly.h"
@@ -27,6 +28,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <gtest/gtest.h>
 
 #include <sys/socket.h>
@@ -237,6 +239,65 @@ TEST_F(MainWindowTest, UnreadLinesAreCountedInTheTabsBadge) {
   EXPECT_EQ(window->Strip()->UnreadBadge(0), nullptr);
   window->Context().tabs.ActivateTab(1);
   EXPECT_TRUE(RunUntil([&] { return badge() == u"none"_s; }, 1000)) << badge().toStdString();
+}
+
+// Every tap target is at least 20 pixels tall per screen factor, in the input line's
+// 13-pixel text: the menu bar and its menus, the pop-ups, the dialogs' buttons, and the
+// two buttons beside the input line, which stay inside the window.
+TEST_F(MainWindowTest, TapTargetsFollowTheScreenFactor) {
+  window->show();
+  JoinChannelWithTalk();
+  const struct {
+    int width, height, factor;
+  } cases[] = {{240, 320, 1}, {320, 240, 1}, {480, 640, 2}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.width);
+    window->resize(c.width, c.height);
+    Settle();
+    const int least = 20 * c.factor;
+    const std::function<void(QMenu*)> checkMenu = [&](QMenu* menu) {
+      EXPECT_EQ(menu->font().pixelSize(), 13 * c.factor) << menu->title().toStdString();
+      for (QAction* action : menu->actions()) {
+        if (action->isSeparator()) continue;
+        EXPECT_GE(menu->actionGeometry(action).height(), least) << action->text().toStdString();
+        if (action->menu()) checkMenu(action->menu());
+      }
+    };
+    QMenuBar* bar = window->Menu();
+    EXPECT_GE(bar->actionGeometry(bar->actions().first()).height(), least);
+    checkMenu(window->Menu()->CommandMenu());
+    for (TabKind kind : {TabKind::Status, TabKind::Channel}) {
+      std::unique_ptr<QMenu> menu(MakeTabMenu(kind, window.get(), c.factor));
+      checkMenu(menu.get());
+    }
+    std::unique_ptr<QMenu> nickMenu(MakeNickMenu(window.get(), c.factor));
+    checkMenu(nickMenu.get());
+    std::unique_ptr<QMenu> editMenu(window->InputLine()->MakeEditMenu(window.get()));
+    checkMenu(editMenu.get());
+
+    const QWidget* central = window->centralWidget();
+    for (QToolButton* button : central->findChildren<QToolButton*>(Qt::FindDirectChildrenOnly)) {
+      const QRect inWindow(button->mapTo(window.get(), QPoint(0, 0)), button->size());
+      EXPECT_GE(button->width(), least);
+      EXPECT_GE(button->height(), least);
+      EXPECT_TRUE(window->rect().contains(inWindow)) << inWindow.x() << "," << inWindow.y();
+    }
+
+    QList<int> heights;
+    window->Shell().SetBeforeExecHook([&](QDialog* dialog) {
+      QTimer::singleShot(0, dialog, [&, dialog] {
+        for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
+          EXPECT_EQ(button->font().pixelSize(), 13 * c.factor);
+          heights << button->height();
+        }
+        dialog->reject();
+      });
+    });
+    window->Shell().ShowMessage(u"Warning"_s, u"A message"_s);
+    window->Shell().AskText(u"Join"_s, u"Channel:"_s, {}, EmptyAnswer::Refused);
+    ASSERT_EQ(heights.size(), 3);  // OK; OK and Cancel
+    for (int height : heights) EXPECT_GE(height, least);
+  }
 }
 
 TEST_F(MainWindowTest, ArrowsStepTabsOnlyWhileTheLineIsEmpty) {
