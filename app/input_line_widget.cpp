@@ -1,5 +1,7 @@
 #include "app/input_line_widget.h"
 
+#include "app/touch_targets_widget.h"
+
 #include <QAbstractItemModel>
 #include <QApplication>
 #include <QClipboard>
@@ -54,7 +56,17 @@ QMenu* InputLineWidget::MakeEditMenu(QWidget* parent) {
   menu->addAction(u"Copy"_s, edit, &QLineEdit::copy)->setEnabled(selected);
   menu->addAction(u"Paste"_s, edit, &QLineEdit::paste)->setEnabled(ClipboardHasText());
   menu->addAction(u"Delete"_s, edit, &QLineEdit::del)->setEnabled(selected);
+  FitForTouch(menu, factor_);
   return menu;
+}
+
+void InputLineWidget::SetTextColour(quint32 colourRef) {
+  QPalette palette = lineEdit()->palette();
+  palette.setColor(QPalette::Text, colourRef == 0 ? this->palette().color(QPalette::Text)
+                                                  : QColor(int(colourRef & 0xff),
+                                                           int((colourRef >> 8) & 0xff),
+                                                           int((colourRef >> 16) & 0xff)));
+  lineEdit()->setPalette(palette);
 }
 
 void InputLineWidget::Submit() {

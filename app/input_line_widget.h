@@ -19,6 +19,11 @@ class InputLineWidget : public QComboBox {
   void InsertAtCaret(const QString& text);
   // Builds the edit menu with its items greyed as the selection and clipboard say.
   QMenu* MakeEditMenu(QWidget* parent);
+  // The edit menu is sized for a finger at this screen factor.
+  void SetScaleFactor(int factor) { factor_ = factor; }
+  // The typed text's colour (0x00BBGGRR; 0 is the usual text colour), on the field's
+  // own background.
+  void SetTextColour(quint32 colourRef);
 
  signals:
   void submitted(const QString& text);
@@ -33,4 +38,6 @@ class InputLineWidget : public QComboBox {
  private:
   bool HandleKey(const QKeyEvent& key);
   void Submit();
+
+  int factor_ = 1;
 };

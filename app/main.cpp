@@ -7,6 +7,7 @@
 #include "app/home_lock.h"
 #include "app/main_window.h"
 #include "app/single_instance_window.h"
+#include "app/splash_window.h"
 #include "app/startup_notice_dialog.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
@@ -37,10 +38,13 @@ bool WantsHeadless(int argc, char** argv) {
 }
 
 // A pocket-sized portrait window on a desktop; the whole screen when it is that small.
+// Without a window manager (a bare X device) asking for full screen changes nothing, so
+// the window takes the screen's size itself; with one, full screen is the same size.
 void ShowWindow(MainWindow& window) {
   const QScreen* screen = QGuiApplication::primaryScreen();
-  const QSize available = screen ? screen->availableSize() : QSize(480, 640);
+  const QRect available = screen ? screen->availableGeometry() : QRect(0, 0, 480, 640);
   if (available.width() <= 480 || available.height() <= 640) {
+    window.setGeometry(available);
     window.showFullScreen();
   } else {
     window.resize(480, 640);
@@ -80,6 +84,7 @@ int main(int argc, char** argv) {
   else
     app = std::make_unique<QCoreApplication>(argc, argv);
   QCoreApplication::setApplicationName(u"tolv"_s);
+  if (auto* gui = qobject_cast<QApplication*>(app.get())) gui->setWindowIcon(AppIcon());
 
   QCommandLineParser options;
   options.addHelpOption();

@@ -4,6 +4,7 @@
 #include "app/menu_bar_widget.h"
 #include "app/popup_menu_widget.h"
 #include "app/splash_window.h"
+#include "app/touch_targets_widget.h"
 #include "commands/command_ids.h"
 #include "commands/menu_commands.h"
 #include "commands/popup_actions.h"
@@ -13,6 +14,7 @@
 #include "settings/settings_paths.h"
 #include "settings/settings_store.h"
 #include "views/color_text_widget.h"
+#include "views/line_style.h"
 #include "views/tab_strip_widget.h"
 
 #include <QBoxLayout>
@@ -35,6 +37,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kHoldMilliseconds = 600;
+constexpr int kInputColourEntry = 1;  // of "kolory"
 
 // A press held still on a list opens its menu, as a right click does: fingers have no
 // second button.
@@ -90,6 +93,7 @@ QFont FontOf(const SettingsStore& settings, QStringView face, int pixels, bool b
 MainWindow::MainWindow(SettingsStore& settings, QWidget* parent)
     : QMainWindow(parent), shell_(this), ctx_(settings, shell_), session_(ctx_), nickModel_(ctx_.tabs) {
   setWindowTitle(u"Tolv"_s);
+  setWindowIcon(AppIcon());
   BuildWidgets();
   ConnectModel();
   ctx_.favorites.SetFilePath(FavoritesPath(settings));
@@ -97,6 +101,7 @@ MainWindow::MainWindow(SettingsStore& settings, QWidget* parent)
   menu_->ShowFavorites(ctx_.favorites.Sentences());
   resize(480, 640);
   ApplyScale();
+  ApplyColours();
 }
 
 MainWindow::~MainWindow() {
@@ -163,8 +168,11 @@ void MainWindow::ConnectModel() {
     if (nickView_->isVisible()) ctx_.tabs.SetNickPaneWidth(ctx_.tabs.Current(), splitter_->sizes().value(1));
   });
   shell_.SetConnectionStateHandler([this](bool connected) { menu_->ShowConnected(connected); });
-  connect(QGuiApplication::inputMethod(), &QInputMethod::keyboardRectangleChanged, this,
-          &MainWindow::FollowKeyboard);
+  const auto followKeyboard = [this] {
+    const QInputMethod* keyboard = QGuiApplication::inputMethod();
+    FollowKeyboard(keyboard->keyboardRectangle(), keyboard->isVisible());
+  };
+  connect(QGuiApplication::inputMethod(), &QInputMethod::keyboardRectangleChanged, this, followKeyboard);
 }
 
 ColorTextWidget* MainWindow::TextViewOf(TabId tab) const {
@@ -204,13 +212,19 @@ void MainWindow::ApplyScale() {
   strip_->setFont(tabFont);
   strip_->SetScaleFactor(factor);
   input_->setFont(FontOf(ctx_.settings, u"EditFontName", fonts.input));
-  for (QWidget* widget : std::initializer_list<QWidget*>{menu_, tabMenuButton_, nickToggle_})
-    widget->setFont(input_->font());
+  input_->setMinimumHeight(TouchHeight(factor));
+  input_->SetScaleFactor(factor);
   nickView_->setFont(FontOf(ctx_.settings, u"ListFontName", fonts.list));
   const QFont text = FontOf(ctx_.settings, u"TextFontName", fonts.text);
   for (auto& [id, view] : textViews_) view->SetTextFont(text);
   shell_.SetFieldFont(input_->font());
-  for (QToolButton* button : {tabMenuButton_, nickToggle_}) button->setFixedWidth(20 * factor);
+  shell_.SetScaleFactor(factor);
+  FitForTouch(menu_, factor);
+  // Square buttons as tall as a finger needs.
+  for (QToolButton* button : {tabMenuButton_, nickToggle_}) {
+    FitForTouch(button, factor);
+    button->setFixedWidth(TouchHeight(factor));
+  }
 }
 
 void MainWindow::OnTabOpened(TabId id, int) {
@@ -257,14 +271,14 @@ void MainWindow::OnSubmitted(const QString& text) {
 void MainWindow::ShowTabMenu(QPoint globalPos) {
   const ConversationTab* tab = ctx_.tabs.At(ctx_.tabs.Current());
   if (!tab) return;
-  if (const int command = ExecTabMenu(tab->kind, this, globalPos)) RunTabMenuCommand(command);
+  if (const int command = ExecTabMenu(tab->kind, this, factor_, globalPos)) RunTabMenuCommand(command);
 }
 
 void MainWindow::ShowNickMenu(QPoint globalPos) {
   const QModelIndex index = nickView_->indexAt(nickView_->viewport()->mapFromGlobal(globalPos));
   if (!index.isValid()) return;
   const QString nick = index.data().toString();
-  if (const int command = ExecNickMenu(this, globalPos)) RunNickMenuCommand(command, nick);
+  if (const int command = ExecNickMenu(this, factor_, globalPos)) RunNickMenuCommand(command, nick);
 }
 
 void MainWindow::RunTabMenuCommand(int command) {
@@ -283,7 +297,7 @@ void MainWindow::RunCommand(int command) {
     case kCmdExit: return Exit();
     case kCmdColoursDefault:
       ResetColourPalette(ctx_);
-      views_->update();
+      ApplyColours();
       break;
     case kCmdHelpContents: OpenHelp(); break;
     case kCmdHelpAbout: ShowAbout(); break;
@@ -314,10 +328,14 @@ void MainWindow::Exit() {
   close();
 }
 
-// With a soft keyboard up, the input line stays above it: the tab area gives way.
-void MainWindow::FollowKeyboard() {
-  const QRectF keyboard = QGuiApplication::inputMethod()->keyboardRectangle();
-  const QRect covered = keyboard.toRect().intersected(geometry());
-  centralWidget()->layout()->setContentsMargins(0, 0, 0, QGuiApplication::inputMethod()->isVisible()
-                                                             ? covered.height() : 0);
+void MainWindow::ApplyColours() {
+  input_->SetTextColour(ViewColour(ctx_.settings, kInputColourEntry));
+  for (auto& [id, view] : textViews_) view->viewport()->update();
+}
+
+// The tab area gives way. The keyboard's rectangle is in the window's coordinates, as
+// rect() is; geometry() is the window's place on the screen.
+void MainWindow::FollowKeyboard(const QRectF& keyboard, bool shown) {
+  const QRect covered = keyboard.toRect().intersected(rect());
+  centralWidget()->layout()->setContentsMargins(0, 0, 0, shown ? covered.height() : 0);
 }

@@ -51,6 +51,12 @@ class MainWindow : public QMainWindow {
   void RunTabMenuCommand(int command);
   void RunNickMenuCommand(int command, const QString& shownNick);
 
+  // The colours of the scheme ("kolory") again, after the user changed them.
+  void ApplyColours();
+  // With a soft keyboard up over `keyboard` (window coordinates), the input line stays
+  // above it.
+  void FollowKeyboard(const QRectF& keyboard, bool shown);
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
@@ -68,7 +74,6 @@ class MainWindow : public QMainWindow {
   void OpenHelp();
   void ShowAbout();
   void Exit();
-  void FollowKeyboard();
 
   WindowShell shell_;
   ClientContext ctx_;

@@ -1,5 +1,6 @@
 #include "app/popup_menu_widget.h"
 
+#include "app/touch_targets_widget.h"
 #include "commands/command_ids.h"
 
 #include <QMenu>
@@ -80,7 +81,7 @@ int Exec(QMenu* menu, QPoint globalPos) {
 
 }  // namespace
 
-QMenu* MakeNickMenu(QWidget* parent) {
+QMenu* MakeNickMenu(QWidget* parent, int factor) {
   auto* menu = new QMenu(parent);
   Fill(menu, {{u"Query", kCmdQuery}, {u"Notice", kCmdNotice}, {u"Whois", kCmdWhois}, {u"Ping", kCmdPing},
               {u"Userhost", kCmdUserhost},
@@ -91,10 +92,11 @@ QMenu* MakeNickMenu(QWidget* parent) {
               {u"Kick", 0}, {u"Kick", kCmdKick}, {u"Kick (Reason)", kCmdKickReason}, kEnd,
               {u"Ban", 0}, {u"Ban", kCmdBan}, {u"Ban, Kick", kCmdBanKick},
               {u"Ban, Kick (Reason)", kCmdBanKickReason}, kEnd});
+  FitForTouch(menu, factor);
   return menu;
 }
 
-QMenu* MakeTabMenu(TabKind kind, QWidget* parent) {
+QMenu* MakeTabMenu(TabKind kind, QWidget* parent, int factor) {
   auto* menu = new QMenu(parent);
   switch (kind) {
     case TabKind::Channel: FillChannelMenu(menu); break;
@@ -103,15 +105,16 @@ QMenu* MakeTabMenu(TabKind kind, QWidget* parent) {
     case TabKind::DccChat: AddUserItems(menu); break;
     default: break;
   }
+  FitForTouch(menu, factor);
   return menu;
 }
 
-int ExecNickMenu(QWidget* parent, QPoint globalPos) {
-  return Exec(MakeNickMenu(parent), globalPos + QPoint(0, 5));
+int ExecNickMenu(QWidget* parent, int factor, QPoint globalPos) {
+  return Exec(MakeNickMenu(parent, factor), globalPos + QPoint(0, 5));
 }
 
-int ExecTabMenu(TabKind kind, QWidget* parent, QPoint globalPos) {
-  QMenu* menu = MakeTabMenu(kind, parent);
+int ExecTabMenu(TabKind kind, QWidget* parent, int factor, QPoint globalPos) {
+  QMenu* menu = MakeTabMenu(kind, parent, factor);
   if (menu->isEmpty()) {
     delete menu;
     return 0;

@@ -1,7 +1,8 @@
 #pragma once
 // The pop-up menus of the nick list, of each tab kind, and of the input line's owner:
 // built from tables, shown at the tap point, and answered with the chosen command's
-// number (0 for none). What a number does is the core's business.
+// number (0 for none). What a number does is the core's business. They are sized for a
+// finger at the screen factor they are given.
 
 #include "views/conversation_tab.h"
 
@@ -10,8 +11,8 @@
 class QMenu;
 class QWidget;
 
-int ExecNickMenu(QWidget* parent, QPoint globalPos);
-int ExecTabMenu(TabKind kind, QWidget* parent, QPoint globalPos);
+int ExecNickMenu(QWidget* parent, int factor, QPoint globalPos);
+int ExecTabMenu(TabKind kind, QWidget* parent, int factor, QPoint globalPos);
 // Exposed for tests: the menu a kind gets, with each action's data its command.
-QMenu* MakeTabMenu(TabKind kind, QWidget* parent);
-QMenu* MakeNickMenu(QWidget* parent);
+QMenu* MakeTabMenu(TabKind kind, QWidget* parent, int factor);
+QMenu* MakeNickMenu(QWidget* parent, int factor);

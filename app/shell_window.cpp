@@ -1,6 +1,7 @@
 #include "app/shell_window.h"
 
 #include "app/prompt_dialog.h"
+#include "app/touch_targets_widget.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -76,6 +77,7 @@ void WindowShell::SetBeforeExecHook(std::function<void(QDialog*)> hook) {
 }
 
 int WindowShell::Run(QDialog& dialog) {
+  FitForTouch(&dialog, factor_);
   if (beforeExec_) beforeExec_(&dialog);
   return dialog.exec();
 }

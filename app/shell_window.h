@@ -51,6 +51,8 @@ class WindowShell : public Shell {
   void SetConnectionStateHandler(std::function<void(bool)> handler);
   // The prompts' fields use the input line's font when one is set.
   void SetFieldFont(const QFont& font);
+  // Dialogs' texts and buttons are sized for a finger at this screen factor.
+  void SetScaleFactor(int factor) { factor_ = factor; }
   // Called with every dialog just before it runs modally. Tests answer dialogs from
   // here (through a zero-time timer, since the dialog's loop has not started yet).
   void SetBeforeExecHook(std::function<void(QDialog*)> hook);
@@ -63,6 +65,7 @@ class WindowShell : public Shell {
   std::function<void(bool)> connectionStateHandler_;
   std::function<void(QDialog*)> beforeExec_;
   std::optional<QFont> fieldFont_;
+  int factor_ = 1;
   bool busy_ = false;
   // A few players, so that a join sound does not cut off the query sound before it.
   std::vector<std::unique_ptr<QSoundEffect>> soundEffects_;

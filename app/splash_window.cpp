@@ -6,8 +6,8 @@
 #include <QLinearGradient>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QRadialGradient>
+#include <QSvgRenderer>
 #include <QtGlobal>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +21,9 @@ constexpr int kTextLeft = 5;
 constexpr int kFirstLineTop = 100;
 constexpr int kLineStep = 10;
 constexpr int kTextHeight = 12;
+// The bubbles stand in this box of the logo, above the text, keeping their proportions.
+constexpr QRectF kEmblemBox(14, 12, 100, 80);
+constexpr QStringView kBubbles = u"bubbles";
 
 const QColor kNavy(0x0b, 0x1f, 0x3a);
 const QColor kAmber(0xf2, 0xa5, 0x41);
@@ -37,31 +40,8 @@ void DrawBackground(QPainter& painter) {
   painter.fillRect(QRectF(0, 0, kLogoWidth, kLogoHeight), glow);
 }
 
-// A rounded speech bubble whose tail points down, on the left or the right side.
-QPainterPath Bubble(const QRectF& body, bool tailLeft) {
-  QPainterPath path;
-  path.addRoundedRect(body, 12, 12);
-  const qreal tailX = tailLeft ? body.left() + 12 : body.right() - 12;
-  const qreal tipX = tailLeft ? body.left() + 4 : body.right() - 4;
-  const qreal innerX = tailLeft ? tailX + 16 : tailX - 16;
-  QPainterPath tail;
-  tail.moveTo(tailX, body.bottom() - 2);
-  tail.lineTo(tipX, body.bottom() + 14);
-  tail.lineTo(innerX, body.bottom() - 2);
-  tail.closeSubpath();
-  return path.united(tail);
-}
-
-// Two chat bubbles, one answering the other, and the name beside them.
-void DrawEmblem(QPainter& painter) {
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(kAmber);
-  painter.drawPath(Bubble(QRectF(54, 36, 58, 40), false));
-  painter.setBrush(QColor(0xf4, 0xf7, 0xfb));
-  painter.drawPath(Bubble(QRectF(14, 14, 68, 46), true));
-  painter.setBrush(kNavy);
-  for (int dot = 0; dot < 3; ++dot) painter.drawEllipse(QPointF(32 + dot * 16, 37), 5, 5);
-
+// The name beside the icon's bubbles.
+void DrawWordmark(QPainter& painter) {
   QFont wordmark(u"Tahoma"_s);
   wordmark.setStyleHint(QFont::SansSerif);
   wordmark.setBold(true);
@@ -86,11 +66,24 @@ QFont TextFont(int factor) {
 
 }  // namespace
 
+QIcon AppIcon() { return QIcon(QString::fromUtf16(kIconResource)); }
+
 QRect SplashGeometry(int factor, QSize mainWindow) {
   const int width = kLogoWidth * factor;
   const int height = kLogoHeight * factor;
-  return {(mainWindow.width() - width) / 2, (mainWindow.height() - height) / 2 + 22, width,
-          height};
+  const int top = (mainWindow.height() - height) / 2 + 22;
+  return {(mainWindow.width() - width) / 2, qMax(0, qMin(top, mainWindow.height() - height)),
+          width, height};
+}
+
+// Whole pixels, so that the bubbles are drawn the same on every splash of a factor.
+QRect SplashEmblemRect(int factor) {
+  QSvgRenderer icon(QString::fromUtf16(kIconResource));
+  const QSizeF bubbles = icon.boundsOnElement(kBubbles.toString()).size();
+  if (bubbles.isEmpty()) return {};
+  const QSizeF fitted = bubbles.scaled(kEmblemBox.size(), Qt::KeepAspectRatio) * factor;
+  const QPointF centre = kEmblemBox.center() * factor;
+  return QRectF(centre - QPointF(fitted.width(), fitted.height()) / 2, fitted).toRect();
 }
 
 SplashWindow::SplashWindow(int factor, QSize mainWindow, QWidget* parent)
@@ -111,8 +104,10 @@ void SplashWindow::paintEvent(QPaintEvent*) {
   painter.save();
   painter.scale(factor_, factor_);
   DrawBackground(painter);
-  DrawEmblem(painter);
+  DrawWordmark(painter);
   painter.restore();
+  QSvgRenderer(QString::fromUtf16(kIconResource))
+      .render(&painter, kBubbles.toString(), SplashEmblemRect(factor_));
 
   const QFont font = TextFont(factor_);
   painter.setFont(font);

@@ -3,13 +3,23 @@
 // Help / About: the logo with the version and a hint, closed by a tap anywhere.
 
 #include <QDialog>
+#include <QIcon>
 #include <QRect>
 #include <QSize>
 #include <QStringList>
 
+// The program's icon, two chat bubbles, compiled in from data/icons/tolv.svg. The
+// splash draws the same bubbles; its group in the file is "bubbles".
+inline constexpr char16_t kIconResource[] = u":/icons/tolv.svg";
+QIcon AppIcon();
+
 // Where the splash stands in the main window's coordinates: 240 x 151 times the screen
 // factor, centred across, and a little below the middle so that it clears the menu bar.
+// On a window too short for that, it moves up until its bottom edge is the window's.
 QRect SplashGeometry(int factor, QSize mainWindow);
+
+// Where the splash draws the icon's bubbles, in its own pixels.
+QRect SplashEmblemRect(int factor);
 
 class SplashWindow : public QDialog {
   Q_OBJECT

@@ -5,10 +5,10 @@ set -euo pipefail
 
 packages=(
   g++ cmake ninja-build pkg-config
-  qt6-base-dev qt6-multimedia-dev libgl-dev
+  qt6-base-dev qt6-multimedia-dev qt6-svg-dev libgl-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   ngircd python3
-  xvfb xdotool fonts-dejavu-core
+  xvfb xdotool imagemagick fonts-dejavu-core
   clang libclang-rt-14-dev
 )
 

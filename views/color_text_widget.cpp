@@ -271,11 +271,13 @@ void ColorTextWidget::OnLinesAppended() {
   if (!repaintTimer_.isActive()) repaintTimer_.start();
 }
 
+// A reader who scrolled up keeps the place; one back at the last row is followed again.
 void ColorTextWidget::ShowNewRows() {
   if (!tab_) return;
   const qsizetype knownBefore = shownRows_;
+  const bool follow = Following();
   UpdateScrollRange();
-  if (tab_->followNewLines) ScrollToEnd();
+  if (follow) ScrollToEnd();
   // Rows that land below a full page cost nothing until someone scrolls to them.
   if (verticalScrollBar()->value() + PageRows() + 1 > knownBefore) viewport()->update();
 }
@@ -304,6 +306,12 @@ void ColorTextWidget::ScrollToEnd() {
   verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
+// "Scroll Off" never follows; "Scroll On" follows while the last row is in sight.
+bool ColorTextWidget::Following() const {
+  return tab_ && tab_->followNewLines &&
+         verticalScrollBar()->value() >= verticalScrollBar()->maximum();
+}
+
 int ColorTextWidget::PageRows() const { return std::max(1, viewport()->height() / rowHeight_); }
 
 void ColorTextWidget::UpdateScrollRange() {
@@ -325,13 +333,14 @@ void ColorTextWidget::Relayout(bool rewrap) {
   if (!tab_) return;
   LineStore& store = *tab_->lines;
   const RowPosition top = store.RowToLine(verticalScrollBar()->value());
+  const bool follow = Following();
   const int width = viewport()->width();
   if (rewrap || width != layoutWidth_) {
     layoutWidth_ = width;
     store.SetLayout(width, this);
   }
   UpdateScrollRange();
-  if (tab_->followNewLines) {
+  if (follow) {
     ScrollToEnd();
   } else if (top.line >= 0) {
     const qsizetype row = store.FirstRowOf(top.line) +

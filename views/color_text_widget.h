@@ -1,8 +1,9 @@
 #pragma once
 // The text of one conversation tab: its stored lines wrapped to the view's width and drawn
 // with their IRC colours and styles over the view colour or the background picture. Only
-// the rows on screen are ever decoded and painted. Dragging selects characters, and
-// lifting the pointer copies them; holding still opens the tab's menu instead.
+// the rows on screen are ever decoded and painted. New lines keep the last row in sight
+// unless the reader has scrolled up. Dragging selects characters, and lifting the
+// pointer copies them; holding still opens the tab's menu instead.
 
 #include <QAbstractScrollArea>
 #include <QPixmap>
@@ -78,6 +79,7 @@ class ColorTextWidget : public QAbstractScrollArea, public TextMeasure {
   void ShowNewRows();
   void Relayout(bool rewrap);
   void UpdateScrollRange();
+  bool Following() const;
   int PageRows() const;
 
   qreal Advance(QStringView character, bool bold) const;

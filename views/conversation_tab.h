@@ -33,6 +33,7 @@ struct ConversationTab {
   TabKind kind = TabKind::Status;
   QString name;
   quint32 labelColour = 0;  // 0x00BBGGRR of the last line printed while in the back
+  int unreadLines = 0;      // printed while in the back, since the tab was last shown
   int nickPaneWidth = 60;   // pixels, times the screen factor
   bool followNewLines = true;  // the view scrolls to each new line ("Scroll On")
   std::unique_ptr<NickList> nickList;  // Channel tabs only

@@ -56,6 +56,7 @@ qsizetype PrintToTab(TabBar& bar, int position, QStringView text, quint32 colour
     if (BalloonSwitchOn(static_cast<quint32>(settings.GetDword(u"TabSets")), tab->kind))
       emit bar.balloonRequested(position, line, colour);
     bar.SetTabLabelColour(position, colour);
+    bar.CountUnreadLine(position);  // a grey label alone would not show the news
   }
   return rows;
 }

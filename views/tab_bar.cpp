@@ -2,6 +2,8 @@
 
 #include "settings/settings_store.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -97,6 +99,7 @@ void TabBar::ActivateTab(int position) {
   current_ = position;
   tabs_[position]->labelColour = kLabelGrey;
   emit labelColourChanged(position);
+  if (std::exchange(tabs_[position]->unreadLines, 0) != 0) emit unreadChanged(position);
   emit currentChanged(position);
 }
 
@@ -165,6 +168,13 @@ void TabBar::SetTabLabelColour(int position, quint32 colour) {
   if (!tab) return;
   tab->labelColour = colour == 0 ? kLabelGrey : colour;
   emit labelColourChanged(position);
+}
+
+void TabBar::CountUnreadLine(int position) {
+  ConversationTab* tab = At(position);
+  if (!tab) return;
+  ++tab->unreadLines;
+  emit unreadChanged(position);
 }
 
 void TabBar::SetNickPaneWidth(int position, int width) {

@@ -58,6 +58,8 @@ class TabBar : public QObject {
   void RefreshTabLabels();
   void RejoinChannels(const std::function<void(const QString&)>& sendLine) const;
   void SetTabLabelColour(int position, quint32 colour);
+  // One more line the user has not seen; showing the tab clears the count.
+  void CountUnreadLine(int position);
   void SetNickPaneWidth(int position, int width);
   // "Clear" in a tab's menu: every stored line goes; "Scroll On/Off" sets the follow flag.
   void ClearLines(int position);
@@ -79,6 +81,7 @@ class TabBar : public QObject {
   void tabClosed(TabId id, int position);
   void currentChanged(int position);
   void labelColourChanged(int position);
+  void unreadChanged(int position);
   void labelsChanged();
   void linesAppended(TabId id, int position);
   void linesCleared(TabId id);

@@ -2,6 +2,7 @@
 
 #include "views/tab_bar.h"
 
+#include <QLabel>
 #include <QPainter>
 #include <QPixmap>
 
@@ -42,6 +43,31 @@ QIcon KindIcon(TabKind kind, int factor) {
   return QIcon(pixmap);
 }
 
+constexpr int kFrameMilliseconds = 16;
+constexpr int kMostShownUnread = 999;
+
+QString UnreadText(int unread) {
+  if (unread <= 0) return {};
+  return unread > kMostShownUnread ? QString::number(kMostShownUnread) + u'+'
+                                   : QString::number(unread);
+}
+
+// White figures on a red pill, a little smaller than the label.
+QLabel* MakeUnreadBadge(const QString& text, int factor) {
+  auto* badge = new QLabel(text);
+  badge->setObjectName(u"unreadBadge"_s);
+  badge->setAlignment(Qt::AlignCenter);
+  QFont font = badge->font();
+  font.setPixelSize(10 * factor);
+  font.setBold(true);
+  badge->setFont(font);
+  badge->setStyleSheet(u"QLabel { background: #c0392b; color: white; border-radius: %1px;"
+                       " padding: 0 %2px; }"_s.arg(6 * factor).arg(3 * factor));
+  badge->setMinimumWidth(12 * factor);
+  badge->resize(badge->sizeHint().expandedTo(badge->minimumSize()));
+  return badge;
+}
+
 }  // namespace
 
 QColor ColourFromRef(quint32 colourRef) {
@@ -62,6 +88,14 @@ TabStripWidget::TabStripWidget(TabBar& tabs, QWidget* parent) : QTabBar(parent),
     for (int i = 0; i < count(); ++i) ShowLabel(i);
   });
   connect(this, &QTabBar::currentChanged, this, &TabStripWidget::OnUserChoice);
+  unreadTimer_.setSingleShot(true);
+  unreadTimer_.setInterval(kFrameMilliseconds);
+  connect(&unreadTimer_, &QTimer::timeout, this, [this] {
+    for (int i = 0; i < count(); ++i) ShowUnread(i);
+  });
+  connect(&tabs_, &TabBar::unreadChanged, this, [this] {
+    if (!unreadTimer_.isActive()) unreadTimer_.start();
+  });
   for (int i = 0; i < tabs_.Count(); ++i) OnOpened(tabs_.At(i)->id, i);
   OnModelCurrent(tabs_.Current());
 }
@@ -69,7 +103,14 @@ TabStripWidget::TabStripWidget(TabBar& tabs, QWidget* parent) : QTabBar(parent),
 void TabStripWidget::SetScaleFactor(int factor) {
   factor_ = factor;
   setIconSize(QSize(12 * factor, 12 * factor));
-  for (int i = 0; i < count(); ++i) ShowLabel(i);
+  for (int i = 0; i < count(); ++i) {
+    ShowLabel(i);
+    ShowUnread(i, true);
+  }
+}
+
+QLabel* TabStripWidget::UnreadBadge(int position) const {
+  return qobject_cast<QLabel*>(tabButton(position, QTabBar::RightSide));
 }
 
 void TabStripWidget::OnOpened(TabId, int position) {
@@ -109,6 +150,19 @@ void TabStripWidget::ShowLabelColour(int position) {
   if (!tab || position >= count()) return;
   setTabTextColor(position, position == tabs_.Current() ? palette().color(QPalette::WindowText)
                                                         : ColourFromRef(tab->labelColour));
+}
+
+// A new badge each time its text changes: the strip lays a tab out again only when one
+// of its buttons is set.
+void TabStripWidget::ShowUnread(int position, bool redraw) {
+  const ConversationTab* tab = tabs_.At(position);
+  if (!tab || position >= count()) return;
+  const QString text = UnreadText(tab->unreadLines);
+  QLabel* badge = UnreadBadge(position);
+  if (!redraw && (badge ? badge->text() : QString()) == text) return;
+  setTabButton(position, QTabBar::RightSide, nullptr);
+  delete badge;
+  if (!text.isEmpty()) setTabButton(position, QTabBar::RightSide, MakeUnreadBadge(text, factor_));
 }
 
 void TabStripWidget::OnUserChoice(int position) {

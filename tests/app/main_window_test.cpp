@@ -5,6 +5,9 @@
 #include "app/input_line_widget.h"
 #include "app/main_window.h"
 #include "app/menu_bar_widget.h"
+#include "app/popup_menu_widget.h"
+#include "app/splash_window.h"
+#include "commands/command_ids.h"
 #include "irc/line_assembly.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
@@ -17,12 +20,15 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <gtest/gtest.h>
 
 #include <sys/socket.h>
@@ -75,6 +81,11 @@ class MainWindowTest : public ::testing::Test {
             ":carol!c@h PRIVMSG #tolv :a long line that has to wrap on a phone sized window, "
             "more than once, to show the rule\r\n"_s);
     RunUntil([] { return false; }, 50);
+  }
+  void Settle() { RunUntil([] { return false; }, 50); }
+  int InputLineBottom() const {
+    const InputLineWidget* input = window->InputLine();
+    return input->mapTo(window.get(), QPoint(0, input->height())).y();
   }
   void Screenshot(const QString& name) {
     QDir().mkpath(QStringLiteral(TOLV_SCREENSHOT_DIR));
@@ -152,6 +163,140 @@ TEST_F(MainWindowTest, SizesFollowTheScreenFactor) {
     const ConversationTab* tab = window->Context().tabs.At(1);
     EXPECT_EQ(window->TextViewOf(tab->id)->TextFont().pixelSize(), c.pixels) << c.width;
     Screenshot(u"main_%1x%2.png"_s.arg(c.width).arg(c.height));
+  }
+}
+
+// Entry 1 of "kolory" (0x00BBGGRR) is the typed text's colour, on the field's own
+// background: from the start, and again when the colours have been reset.
+TEST_F(MainWindowTest, TheInputLineTextHasTheSchemesColour) {
+  const auto setEntry = [&](quint32 colour) {
+    QByteArray scheme;
+    ASSERT_TRUE(settings.GetBinary(u"kolory", scheme, 96));
+    for (int i = 0; i < 4; ++i) scheme[4 + i] = char((colour >> (8 * i)) & 0xff);
+    settings.SetBinary(u"kolory", scheme);
+  };
+  const QColor usual = window->InputLine()->palette().color(QPalette::Text);
+  const QColor base = window->InputLine()->lineEdit()->palette().color(QPalette::Base);
+  setEntry(0x000000ff);
+  MainWindow fresh(settings);
+  EXPECT_EQ(fresh.InputLine()->lineEdit()->palette().color(QPalette::Text), QColor(255, 0, 0));
+
+  window->show();
+  window->Shell().SetBeforeExecHook([](QDialog* box) {
+    QTimer::singleShot(0, box, [box] {
+      for (QPushButton* button : box->findChildren<QPushButton*>())
+        if (button->text() == u"Yes"_s) button->click();
+    });
+  });
+  const struct {
+    quint32 entry;
+    QColor shown;
+  } cases[] = {{0x00804020, QColor(0x20, 0x40, 0x80)}, {0x0000c000, QColor(0, 0xc0, 0)}, {0, usual}};
+  const QLineEdit* edit = window->InputLine()->lineEdit();
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.entry);
+    setEntry(c.entry);
+    window->RunCommand(kCmdColoursDefault);
+    EXPECT_EQ(edit->palette().color(QPalette::Text), c.shown);
+    EXPECT_EQ(edit->palette().color(QPalette::Base), base);
+  }
+}
+
+TEST_F(MainWindowTest, TheWindowShowsTheIcon) {
+  ASSERT_FALSE(window->windowIcon().isNull());
+  EXPECT_EQ(window->windowIcon().pixmap(32).toImage(), AppIcon().pixmap(32).toImage());
+}
+
+// The keyboard's rectangle is in the window's coordinates wherever the window stands on
+// the screen; the input line ends above it, and returns to the bottom when it goes.
+TEST_F(MainWindowTest, TheInputLineStaysAboveTheSoftKeyboard) {
+  window->show();
+  for (const QPoint at : {QPoint(0, 0), QPoint(600, 0)}) {
+    SCOPED_TRACE(at.x());
+    window->move(at);
+    Settle();
+    window->FollowKeyboard(QRectF(0, 400, 480, 240), true);
+    EXPECT_TRUE(RunUntil([&] { return InputLineBottom() <= 400; }, 1000)) << InputLineBottom();
+    EXPECT_GE(InputLineBottom(), 395);
+    window->FollowKeyboard(QRectF(), false);
+    EXPECT_TRUE(RunUntil([&] { return InputLineBottom() >= 635; }, 1000)) << InputLineBottom();
+  }
+}
+
+// Lines in the default colour leave a tab's label grey: the count in its badge shows them,
+// until the tab is shown.
+TEST_F(MainWindowTest, UnreadLinesAreCountedInTheTabsBadge) {
+  window->show();
+  JoinChannelWithTalk();
+  window->Context().tabs.ActivateTab(0);
+  Receive(u":alice!a@h PRIVMSG #tolv :one\r\n:bob!b@h PRIVMSG #tolv :two\r\n"_s);
+  const auto badge = [&]() -> QString {
+    const QLabel* label = window->Strip()->UnreadBadge(1);
+    return label && label->isVisible() ? label->text() : u"none"_s;
+  };
+  EXPECT_TRUE(RunUntil([&] { return badge() == u"2"_s; }, 1000)) << badge().toStdString();
+  EXPECT_EQ(window->Context().tabs.At(1)->labelColour, kLabelGrey);
+  EXPECT_EQ(window->Strip()->UnreadBadge(0), nullptr);
+  window->Context().tabs.ActivateTab(1);
+  EXPECT_TRUE(RunUntil([&] { return badge() == u"none"_s; }, 1000)) << badge().toStdString();
+}
+
+// Every tap target is at least 20 pixels tall per screen factor, in the input line's
+// 13-pixel text: the menu bar and its menus, the pop-ups, the dialogs' buttons, and the
+// two buttons beside the input line, which stay inside the window.
+TEST_F(MainWindowTest, TapTargetsFollowTheScreenFactor) {
+  window->show();
+  JoinChannelWithTalk();
+  const struct {
+    int width, height, factor;
+  } cases[] = {{240, 320, 1}, {320, 240, 1}, {480, 640, 2}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.width);
+    window->resize(c.width, c.height);
+    Settle();
+    const int least = 20 * c.factor;
+    const std::function<void(QMenu*)> checkMenu = [&](QMenu* menu) {
+      EXPECT_EQ(menu->font().pixelSize(), 13 * c.factor) << menu->title().toStdString();
+      for (QAction* action : menu->actions()) {
+        if (action->isSeparator()) continue;
+        EXPECT_GE(menu->actionGeometry(action).height(), least) << action->text().toStdString();
+        if (action->menu()) checkMenu(action->menu());
+      }
+    };
+    QMenuBar* bar = window->Menu();
+    EXPECT_GE(bar->actionGeometry(bar->actions().first()).height(), least);
+    checkMenu(window->Menu()->CommandMenu());
+    for (TabKind kind : {TabKind::Status, TabKind::Channel}) {
+      std::unique_ptr<QMenu> menu(MakeTabMenu(kind, window.get(), c.factor));
+      checkMenu(menu.get());
+    }
+    std::unique_ptr<QMenu> nickMenu(MakeNickMenu(window.get(), c.factor));
+    checkMenu(nickMenu.get());
+    std::unique_ptr<QMenu> editMenu(window->InputLine()->MakeEditMenu(window.get()));
+    checkMenu(editMenu.get());
+
+    const QWidget* central = window->centralWidget();
+    for (QToolButton* button : central->findChildren<QToolButton*>(Qt::FindDirectChildrenOnly)) {
+      const QRect inWindow(button->mapTo(window.get(), QPoint(0, 0)), button->size());
+      EXPECT_GE(button->width(), least);
+      EXPECT_GE(button->height(), least);
+      EXPECT_TRUE(window->rect().contains(inWindow)) << inWindow.x() << "," << inWindow.y();
+    }
+
+    QList<int> heights;
+    window->Shell().SetBeforeExecHook([&](QDialog* dialog) {
+      QTimer::singleShot(0, dialog, [&, dialog] {
+        for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
+          EXPECT_EQ(button->font().pixelSize(), 13 * c.factor);
+          heights << button->height();
+        }
+        dialog->reject();
+      });
+    });
+    window->Shell().ShowMessage(u"Warning"_s, u"A message"_s);
+    window->Shell().AskText(u"Join"_s, u"Channel:"_s, {}, EmptyAnswer::Refused);
+    ASSERT_EQ(heights.size(), 3);  // OK; OK and Cancel
+    for (int height : heights) EXPECT_GE(height, least);
   }
 }
 

@@ -3,6 +3,7 @@
 // file by the build (-include), because gtest finds PrintTo by argument lookup.
 
 #include <QByteArray>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -23,4 +24,8 @@ inline void PrintTo(const QStringList& list, std::ostream* out) {
 
 inline void PrintTo(const QByteArray& bytes, std::ostream* out) {
   *out << '"' << bytes.toPercentEncoding(" !#$&'()*+,/:;=?@[]<>{}|^~`\\\"").toStdString() << '"';
+}
+
+inline void PrintTo(const QSize& size, std::ostream* out) {
+  *out << size.width() << 'x' << size.height();
 }

@@ -253,7 +253,9 @@ TEST_F(ColorTextWidgetTest, HeldPressOrContextMenuAsksForTheMenuAndCopiesNothing
   EXPECT_EQ(Clipboard(), u"untouched"_s);
 }
 
-TEST_F(ColorTextWidgetTest, NewLinesFollowOnlyWhenFollowing) {
+// "Scroll On" follows new lines while the last row is in sight: a reader who scrolled up
+// keeps the place, and is followed again once back at the end. "Scroll Off" never follows.
+TEST_F(ColorTextWidgetTest, NewLinesFollowOnlyFromTheEndWhenFollowing) {
   MakeView();
   for (int i = 0; i < 40; ++i) Print(u"line %1"_s.arg(i));
   Settle();
@@ -262,16 +264,22 @@ TEST_F(ColorTextWidgetTest, NewLinesFollowOnlyWhenFollowing) {
   ASSERT_GT(scroll->maximum(), 20);
   const int page = scroll->pageStep();
 
-  for (bool follow : {false, true}) {
-    SCOPED_TRACE(follow ? "following" : "not following");
-    bar.SetFollowNewLines(0, follow);
-    scroll->setValue(5);
+  constexpr int kEnd = -1;
+  const struct {
+    bool follow;
+    int from;
+    bool followed;
+  } cases[] = {{true, 5, false}, {true, kEnd, true}, {false, kEnd, false}, {false, 5, false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.follow << " from " << c.from);
+    if (bar.At(0)->followNewLines != c.follow) bar.SetFollowNewLines(0, c.follow);
+    const int from = c.from == kEnd ? scroll->maximum() : c.from;
+    scroll->setValue(from);
     for (int i = 0; i < 10; ++i) Print(u"more"_s);
     Settle();
     EXPECT_EQ(scroll->maximum(), Lines().RowCount() - page);
-    EXPECT_EQ(scroll->value(), follow ? scroll->maximum() : 5);
+    EXPECT_EQ(scroll->value(), c.followed ? scroll->maximum() : from);
   }
-  bar.SetFollowNewLines(0, false);
   scroll->setValue(3);
   bar.SetFollowNewLines(0, true);  // turning it on jumps to the end at once
   EXPECT_EQ(scroll->value(), scroll->maximum());

@@ -69,14 +69,23 @@ TEST_F(OutputPathTest, CurrentTabLinesAreDarkBlue) {
   EXPECT_EQ(bar.At(2)->lines->Line(0).colour, 0x800000u);
 }
 
-TEST_F(OutputPathTest, BackTabsGetTheLineColourAndABalloon) {
+// A line in the default colour leaves the label grey; the unread count still shows it.
+TEST_F(OutputPathTest, BackTabsGetTheLineColourAnUnreadCountAndABalloon) {
   QSignalSpy balloons(&bar, &TabBar::balloonRequested);
+  QSignalSpy unread(&bar, &TabBar::unreadChanged);
+  const auto counts = [&] {
+    QList<int> out;
+    for (int i = 0; i < 3; ++i) out << bar.At(i)->unreadLines;
+    return out;
+  };
   PrintToTab(bar, 0, u"front", 0x0000ff);  // the current tab: no news
   EXPECT_EQ(bar.At(0)->labelColour, kLabelGrey);
   PrintToTab(bar, 1, u"back", 0x0000ff);
   EXPECT_EQ(bar.At(1)->labelColour, 0x0000ffu);
   PrintToTab(bar, 2, u"default colour", 0);
+  PrintToTab(bar, 4, u"a transfer's line, on Status", 0);
   EXPECT_EQ(bar.At(2)->labelColour, kLabelGrey);
+  EXPECT_EQ(counts(), (QList<int>{0, 1, 1}));
   ASSERT_EQ(balloons.count(), 2);
   EXPECT_EQ(balloons[0][0].toInt(), 1);
   EXPECT_EQ(balloons[0][1].toString(), u"back"_s);
@@ -85,6 +94,12 @@ TEST_F(OutputPathTest, BackTabsGetTheLineColourAndABalloon) {
   PrintToTab(bar, 1, u"quiet", 0x00ff00);
   EXPECT_EQ(balloons.count(), 2);
   EXPECT_EQ(bar.At(1)->labelColour, 0x00ff00u);
+  EXPECT_EQ(counts(), (QList<int>{0, 2, 1}));
+  ASSERT_EQ(unread.count(), 3);
+  bar.ActivateTab(2);  // shown: read
+  EXPECT_EQ(counts(), (QList<int>{0, 2, 0}));
+  ASSERT_EQ(unread.count(), 4);
+  EXPECT_EQ(unread.last()[0].toInt(), 2);
 }
 
 TEST_F(OutputPathTest, LogsFollowTheFilesBitsPerKind) {
