@@ -5,7 +5,7 @@
 //
 //   tolv_bench --benchmark_filter='SplitAndDispatch|ParseServerLine'
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "bench/null_shell.h"
 #include "irc/line_assembly.h"
 #include "irc/server_message.h"

@@ -9,7 +9,7 @@
 //
 //   tolv_bench --benchmark_filter='NamesBurst50k'
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "bench/null_shell.h"
 #include "irc/dispatch.h"
 #include "irc/line_assembly.h"

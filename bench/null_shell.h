@@ -1,7 +1,7 @@
 #pragma once
 // A shell that answers nothing and shows nothing, so benchmarks time the core alone.
 
-#include "app/shell.h"
+#include "client/shell.h"
 
 class NullShell : public Shell {
  public:

@@ -21,7 +21,7 @@
 
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
-#include "views/color_text_widget.h"
+#include "gui/color_text_widget.h"
 #include "views/output_path.h"
 #include "views/tab_bar.h"
 

@@ -4,7 +4,7 @@
 //
 //   tolv_bench --benchmark_filter='Ignored|Highlight'
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "bench/null_shell.h"
 #include "irc/word_lists.h"
 #include "settings/settings_defaults.h"

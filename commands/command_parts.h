@@ -2,7 +2,7 @@
 // Pieces the command parser's files share: the words of a typed line, the echo into the
 // current tab, and teaching the user's words.
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 
 #include <QString>
 #include <QStringView>

@@ -1,6 +1,6 @@
 #include "commands/menu_commands.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "commands/command_ids.h"
 #include "commands/command_parts.h"
 #include "commands/prompt_texts.h"

@@ -1,6 +1,6 @@
 #include "commands/message_split.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "settings/settings_store.h"
 
 using namespace Qt::StringLiterals;

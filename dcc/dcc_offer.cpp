@@ -1,6 +1,6 @@
 #include "dcc/dcc_offer.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,6 +1,6 @@
 #include "favorites/favorite_commands.h"
 
-#include "app/shell.h"
+#include "client/shell.h"
 #include "commands/command_ids.h"
 #include "commands/prompt_texts.h"
 #include "favorites/favorite_list.h"

@@ -9,10 +9,10 @@
 // built anew for every input: stored lines and tabs grow with what a server sends, and a
 // context kept across inputs would grow without bound.
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "fuzz/fuzz_check.h"
 #include "fuzz/fuzz_temp_dir.h"
-#include "app/shell.h"
+#include "client/shell.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_flags.h"
 #include "settings/settings_store.h"

@@ -1,6 +1,6 @@
 #include "irc/channel_events.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "irc/message_prefix.h"
 #include "settings/settings_flags.h"
 #include "views/output_path.h"

@@ -1,6 +1,6 @@
 #include "irc/channel_events.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "irc/event_sound.h"
 #include "irc/message_prefix.h"
 #include "irc/server_message.h"

@@ -1,6 +1,6 @@
 #include "irc/ctcp_handlers.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "dcc/dcc_offer.h"
 #include "irc/event_sound.h"
 #include "irc/message_handlers.h"

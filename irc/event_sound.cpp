@@ -1,6 +1,6 @@
 #include "irc/event_sound.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "settings/settings_paths.h"
 #include "settings/settings_store.h"
 

@@ -1,6 +1,6 @@
 #include "irc/line_assembly.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "irc/dispatch.h"
 #include "irc/registration.h"
 #include "irc/server_message.h"

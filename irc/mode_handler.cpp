@@ -1,6 +1,6 @@
 #include "irc/mode_handler.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "irc/channel_events.h"
 #include "irc/event_sound.h"
 #include "irc/message_prefix.h"

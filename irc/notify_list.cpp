@@ -1,6 +1,6 @@
 #include "irc/notify_list.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "commands/submit_input.h"
 #include "settings/settings_store.h"
 #include "settings/word_list.h"

@@ -5,7 +5,7 @@
 
 #include "irc/numeric_handlers.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "settings/settings_store.h"
 #include "views/tab_bar.h"
 

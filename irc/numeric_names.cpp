@@ -5,7 +5,7 @@
 
 #include "irc/numeric_handlers.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "irc/numeric_words.h"
 #include "irc/server_message.h"
 

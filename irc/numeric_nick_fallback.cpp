@@ -4,7 +4,7 @@
 
 #include "irc/numeric_handlers.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "commands/submit_input.h"
 #include "irc/numeric_words.h"
 #include "irc/server_message.h"

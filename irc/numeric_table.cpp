@@ -2,7 +2,7 @@
 
 #include "irc/numeric_handlers.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "commands/popup_actions.h"
 #include "irc/server_message.h"
 #include "settings/settings_flags.h"

@@ -4,7 +4,7 @@
 
 #include "irc/numeric_handlers.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "irc/notify_list.h"
 #include "irc/server_message.h"
 

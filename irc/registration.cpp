@@ -1,6 +1,6 @@
 #include "irc/registration.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "irc/server_message.h"
 #include "settings/settings_flags.h"
 

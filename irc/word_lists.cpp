@@ -1,6 +1,6 @@
 #include "irc/word_lists.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "irc/event_sound.h"
 #include "settings/settings_store.h"
 #include "settings/word_list.h"

@@ -1,6 +1,6 @@
 #include "net/session_control.h"
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "irc/line_assembly.h"
 #include "irc/notify_list.h"
 #include "net/identd.h"

@@ -1,7 +1,7 @@
 // The connect sequence and registration against a scripted server that records every
 // byte, and the failures a user can meet on the way.
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "commands/submit_input.h"
 #include "net/server_list.h"
 #include "net/session_control.h"

@@ -1,7 +1,7 @@
 // The session against a real IRC server (Debian's ngircd on a loopback port): connect,
 // register, keep the link alive, notice its loss, and come back after a kill.
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "net/server_list.h"
 #include "net/session_control.h"
 #include "settings/settings_defaults.h"

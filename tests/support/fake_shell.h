@@ -4,7 +4,7 @@
 // that forgets to script a question sees the careful answer, and `calls` tells it what
 // was asked.
 
-#include "app/shell.h"
+#include "client/shell.h"
 
 #include <QList>
 #include <QString>

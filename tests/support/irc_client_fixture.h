@@ -7,7 +7,7 @@
 //   SplitAndDispatch(f.ctx, "PING :x\r\n");
 //   EXPECT_EQ(f.Sent(), "PONG :x\n");
 
-#include "app/client_context.h"
+#include "client/client_context.h"
 #include "irc/line_assembly.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"

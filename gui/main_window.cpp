@@ -1,0 +1,341 @@
+#include "gui/main_window.h"
+
+#include "gui/input_line_widget.h"
+#include "gui/menu_bar_widget.h"
+#include "gui/popup_menu_widget.h"
+#include "gui/splash_window.h"
+#include "gui/touch_targets_widget.h"
+#include "commands/command_ids.h"
+#include "commands/menu_commands.h"
+#include "commands/popup_actions.h"
+#include "commands/submit_input.h"
+#include "favorites/favorite_commands.h"
+#include "settings/settings_flags.h"
+#include "settings/settings_paths.h"
+#include "settings/settings_store.h"
+#include "gui/color_text_widget.h"
+#include "views/line_style.h"
+#include "gui/tab_strip_widget.h"
+
+#include <QBoxLayout>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QListView>
+#include <QMouseEvent>
+#include <QResizeEvent>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QToolButton>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kHoldMilliseconds = 600;
+constexpr int kInputColourEntry = 1;  // of "kolory"
+
+// A press held still on a list opens its menu, as a right click does: fingers have no
+// second button.
+class HoldForMenu : public QObject {
+ public:
+  HoldForMenu(QWidget* target, std::function<void(QPoint)> open)
+      : QObject(target), target_(target), open_(std::move(open)) {
+    timer_.setSingleShot(true);
+    timer_.setInterval(kHoldMilliseconds);
+    connect(&timer_, &QTimer::timeout, this, [this] { open_(target_->mapToGlobal(pressed_)); });
+    target->installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::MouseButtonPress:
+        pressed_ = static_cast<QMouseEvent*>(event)->position().toPoint();
+        timer_.start();
+        break;
+      case QEvent::MouseMove:
+        if ((static_cast<QMouseEvent*>(event)->position().toPoint() - pressed_).manhattanLength() > 8)
+          timer_.stop();
+        break;
+      case QEvent::MouseButtonRelease: timer_.stop(); break;
+      case QEvent::ContextMenu:
+        timer_.stop();
+        open_(static_cast<QContextMenuEvent*>(event)->globalPos());
+        return true;
+      default: break;
+    }
+    return false;
+  }
+
+ private:
+  QWidget* target_;
+  std::function<void(QPoint)> open_;
+  QTimer timer_;
+  QPoint pressed_;
+};
+
+QFont FontOf(const SettingsStore& settings, QStringView face, int pixels, bool bold = false) {
+  QString family;
+  settings.GetString(face, family, 35);
+  QFont font(family.isEmpty() ? u"Tahoma"_s : family);
+  font.setPixelSize(pixels);
+  font.setBold(bold);
+  return font;
+}
+
+}  // namespace
+
+MainWindow::MainWindow(SettingsStore& settings, QWidget* parent)
+    : QMainWindow(parent), shell_(this), ctx_(settings, shell_), session_(ctx_), nickModel_(ctx_.tabs) {
+  setWindowTitle(u"Tolv"_s);
+  setWindowIcon(AppIcon());
+  BuildWidgets();
+  ConnectModel();
+  ctx_.favorites.SetFilePath(FavoritesPath(settings));
+  ctx_.favorites.Load();
+  menu_->ShowFavorites(ctx_.favorites.Sentences());
+  resize(480, 640);
+  ApplyScale();
+  ApplyColours();
+}
+
+MainWindow::~MainWindow() {
+  // The views watch the tab bar, which the context owns: they go first.
+  for (auto& [id, view] : textViews_) delete view;
+  textViews_.clear();
+}
+
+void MainWindow::BuildWidgets() {
+  menu_ = new MenuBarWidget(this);
+  setMenuBar(menu_);
+  auto* central = new QWidget(this);
+  auto* column = new QVBoxLayout(central);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  strip_ = new TabStripWidget(ctx_.tabs, central);
+  splitter_ = new QSplitter(Qt::Horizontal, central);
+  views_ = new QStackedWidget(splitter_);
+  nickView_ = new QListView(splitter_);
+  nickView_->setModel(&nickModel_);
+  nickView_->setUniformItemSizes(true);
+  nickView_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  splitter_->setChildrenCollapsible(false);
+  splitter_->setStretchFactor(0, 1);
+  auto* bottom = new QHBoxLayout;
+  bottom->setSpacing(0);
+  input_ = new InputLineWidget(central);
+  input_->SetHistory(&ctx_.history.Model());
+  tabMenuButton_ = new QToolButton(central);
+  tabMenuButton_->setText(u"\u2630"_s);
+  tabMenuButton_->setToolTip(u"Menu of this tab"_s);
+  nickToggle_ = new QToolButton(central);
+  nickToggle_->setText(u"@"_s);
+  nickToggle_->setCheckable(true);
+  nickToggle_->setChecked(true);
+  nickToggle_->setToolTip(u"Show or hide the nick list"_s);
+  bottom->addWidget(input_, 1);
+  bottom->addWidget(tabMenuButton_);
+  bottom->addWidget(nickToggle_);
+  column->addWidget(strip_);
+  column->addWidget(splitter_, 1);
+  column->addLayout(bottom);
+  setCentralWidget(central);
+  new HoldForMenu(nickView_->viewport(), [this](QPoint at) { ShowNickMenu(at); });
+}
+
+void MainWindow::ConnectModel() {
+  connect(&ctx_.tabs, &TabBar::tabOpened, this, &MainWindow::OnTabOpened);
+  connect(&ctx_.tabs, &TabBar::tabClosed, this, [this](TabId id, int) { OnTabClosed(id); });
+  connect(&ctx_.tabs, &TabBar::currentChanged, this, &MainWindow::OnCurrentChanged);
+  connect(menu_, &MenuBarWidget::commandChosen, this, &MainWindow::RunCommand);
+  connect(&ctx_.favorites, &FavoriteList::changed, this,
+          [this] { menu_->ShowFavorites(ctx_.favorites.Sentences()); });
+  connect(input_, &InputLineWidget::submitted, this, &MainWindow::OnSubmitted);
+  connect(input_, &InputLineWidget::stepTab, &ctx_.tabs, &TabBar::StepTab);
+  connect(tabMenuButton_, &QToolButton::clicked, this, [this] {
+    ShowTabMenu(tabMenuButton_->mapToGlobal(QPoint(0, 0)));
+  });
+  connect(nickToggle_, &QToolButton::toggled, this, [this](bool shown) {
+    nickPaneWanted_ = shown;
+    ShowNickPane(shown);
+  });
+  connect(splitter_, &QSplitter::splitterMoved, this, [this] {
+    if (nickView_->isVisible()) ctx_.tabs.SetNickPaneWidth(ctx_.tabs.Current(), splitter_->sizes().value(1));
+  });
+  shell_.SetConnectionStateHandler([this](bool connected) { menu_->ShowConnected(connected); });
+  const auto followKeyboard = [this] {
+    const QInputMethod* keyboard = QGuiApplication::inputMethod();
+    FollowKeyboard(keyboard->keyboardRectangle(), keyboard->isVisible());
+  };
+  connect(QGuiApplication::inputMethod(), &QInputMethod::keyboardRectangleChanged, this, followKeyboard);
+}
+
+ColorTextWidget* MainWindow::TextViewOf(TabId tab) const {
+  const auto found = textViews_.find(tab);
+  return found == textViews_.end() ? nullptr : found->second;
+}
+
+void MainWindow::FinishStart(bool connectAtStart) {
+  ctx_.tabs.OpenTab(u"Status", TabKind::Status);
+  ctx_.tabs.ActivateTab(0);
+  input_->setFocus();
+  if (TestOption(ctx_.settings, kOptSplash)) QTimer::singleShot(0, this, &MainWindow::ShowAbout);
+  if (connectAtStart) session_.Connect();
+}
+
+// The factor follows the window's logical size; fonts and icons follow the factor.
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  ApplyScale();
+  // The text takes the change; the nick pane keeps its width once the layout has run.
+  QMetaObject::invokeMethod(this, [this] { ShowNickPane(nickPaneWanted_); }, Qt::QueuedConnection);
+}
+
+void MainWindow::ApplyScale() {
+  const int factor = ScreenFactor(width(), height());
+  const FontHeights fonts = PlanFontHeights(ctx_.settings, factor);
+  if (factor == factor_ && fonts.text == fonts_.text && fonts.list == fonts_.list) return;
+  for (int i = 0; factor_ != 0 && factor != factor_ && i < ctx_.tabs.Count(); ++i) {
+    ConversationTab* tab = ctx_.tabs.At(i);
+    tab->nickPaneWidth = tab->nickPaneWidth * factor / factor_;
+  }
+  factor_ = factor;
+  fonts_ = fonts;
+  ctx_.tabs.SetScaleFactor(factor);
+  QFont tabFont(u"Tahoma"_s);  // the tab labels keep one face; the others are the user's
+  tabFont.setPixelSize(fonts.tab);
+  strip_->setFont(tabFont);
+  strip_->SetScaleFactor(factor);
+  input_->setFont(FontOf(ctx_.settings, u"EditFontName", fonts.input));
+  input_->setMinimumHeight(TouchHeight(factor));
+  input_->SetScaleFactor(factor);
+  nickView_->setFont(FontOf(ctx_.settings, u"ListFontName", fonts.list));
+  const QFont text = FontOf(ctx_.settings, u"TextFontName", fonts.text);
+  for (auto& [id, view] : textViews_) view->SetTextFont(text);
+  shell_.SetFieldFont(input_->font());
+  shell_.SetScaleFactor(factor);
+  FitForTouch(menu_, factor);
+  // Square buttons as tall as a finger needs.
+  for (QToolButton* button : {tabMenuButton_, nickToggle_}) {
+    FitForTouch(button, factor);
+    button->setFixedWidth(TouchHeight(factor));
+  }
+}
+
+void MainWindow::OnTabOpened(TabId id, int) {
+  auto* view = new ColorTextWidget(ctx_.tabs, id, ctx_.settings, views_);
+  view->SetTextFont(FontOf(ctx_.settings, u"TextFontName", fonts_.text));
+  connect(view, &ColorTextWidget::menuRequested, this, &MainWindow::ShowTabMenu);
+  textViews_[id] = view;
+  views_->addWidget(view);
+}
+
+void MainWindow::OnTabClosed(TabId id) {
+  ColorTextWidget* view = TextViewOf(id);
+  if (!view) return;
+  textViews_.erase(id);
+  views_->removeWidget(view);
+  view->deleteLater();
+}
+
+void MainWindow::OnCurrentChanged(int position) {
+  const ConversationTab* tab = ctx_.tabs.At(position);
+  if (!tab) return;
+  if (ColorTextWidget* view = TextViewOf(tab->id)) views_->setCurrentWidget(view);
+  const bool channel = tab->kind == TabKind::Channel;
+  nickModel_.ShowTab(channel ? tab->id : 0);
+  nickToggle_->setVisible(channel);
+  ShowNickPane(channel && nickPaneWanted_);
+}
+
+// The pane keeps the width the user gave this channel.
+void MainWindow::ShowNickPane(bool shown) {
+  const ConversationTab* tab = ctx_.tabs.At(ctx_.tabs.Current());
+  shown = shown && tab && tab->kind == TabKind::Channel;
+  nickView_->setVisible(shown);
+  if (!shown) return;
+  const int total = splitter_->width();
+  const int pane = std::min(tab->nickPaneWidth, std::max(total - 40, 20));
+  splitter_->setSizes({total - pane, pane});
+}
+
+void MainWindow::OnSubmitted(const QString& text) {
+  SubmitInputText(ctx_, text);
+}
+
+void MainWindow::ShowTabMenu(QPoint globalPos) {
+  const ConversationTab* tab = ctx_.tabs.At(ctx_.tabs.Current());
+  if (!tab) return;
+  if (const int command = ExecTabMenu(tab->kind, this, factor_, globalPos)) RunTabMenuCommand(command);
+}
+
+void MainWindow::ShowNickMenu(QPoint globalPos) {
+  const QModelIndex index = nickView_->indexAt(nickView_->viewport()->mapFromGlobal(globalPos));
+  if (!index.isValid()) return;
+  const QString nick = index.data().toString();
+  if (const int command = ExecNickMenu(this, factor_, globalPos)) RunNickMenuCommand(command, nick);
+}
+
+void MainWindow::RunTabMenuCommand(int command) {
+  RunTabMenuAction(ctx_, command, ctx_.tabs.Current());
+  input_->setFocus();
+}
+
+void MainWindow::RunNickMenuCommand(int command, const QString& shownNick) {
+  RunNickListAction(ctx_, command, shownNick);
+  input_->setFocus();
+}
+
+void MainWindow::RunCommand(int command) {
+  switch (command) {
+    case kCmdConnect: session_.ToggleConnection(); break;
+    case kCmdExit: return Exit();
+    case kCmdColoursDefault:
+      ResetColourPalette(ctx_);
+      ApplyColours();
+      break;
+    case kCmdHelpContents: OpenHelp(); break;
+    case kCmdHelpAbout: ShowAbout(); break;
+    default:
+      if (command >= kFirstFavoriteCommand && command <= kCmdFavoriteRemove) {
+        if (const auto text = RunFavoriteCommand(shell_, ctx_.favorites, command)) input_->InsertAtCaret(*text);
+      } else {
+        ::RunMenuCommand(ctx_, command);
+      }
+  }
+  input_->setFocus();
+}
+
+void MainWindow::OpenHelp() {
+  const QString file = QDir(GetInstallDir(ctx_.settings)).filePath(u"help/help.html"_s);
+  if (!QFileInfo::exists(file) || !QDesktopServices::openUrl(QUrl::fromLocalFile(file)))
+    shell_.ShowMessage(u"ERROR!"_s, u"Can't open help file :-("_s);
+}
+
+void MainWindow::ShowAbout() {
+  SplashWindow splash(factor_, size(), this);
+  splash.exec();
+}
+
+// Exit says nothing to the server: the connection simply closes.
+void MainWindow::Exit() {
+  if (ctx_.session.serverSocket != kNoSocket) session_.Disconnect();
+  close();
+}
+
+void MainWindow::ApplyColours() {
+  input_->SetTextColour(ViewColour(ctx_.settings, kInputColourEntry));
+  for (auto& [id, view] : textViews_) view->viewport()->update();
+}
+
+// The tab area gives way. The keyboard's rectangle is in the window's coordinates, as
+// rect() is; geometry() is the window's place on the screen.
+void MainWindow::FollowKeyboard(const QRectF& keyboard, bool shown) {
+  const QRect covered = keyboard.toRect().intersected(rect());
+  centralWidget()->layout()->setContentsMargins(0, 0, 0, shown ? covered.height() : 0);
+}

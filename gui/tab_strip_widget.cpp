@@ -1,0 +1,171 @@
+#include "gui/tab_strip_widget.h"
+
+#include "views/tab_bar.h"
+
+#include <QLabel>
+#include <QPainter>
+#include <QPixmap>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A small badge of our own per kind: what the conversation is at a glance.
+QIcon KindIcon(TabKind kind, int factor) {
+  static constexpr struct {
+    TabKind kind;
+    char16_t mark;
+    QRgb colour;
+  } kBadges[] = {
+      {TabKind::Status, u'S', 0x3b6ea5}, {TabKind::Channel, u'#', 0x2e8b57},
+      {TabKind::Chat, u'@', 0xb8860b},   {TabKind::DccChat, u'D', 0x8b3a8b},
+      {TabKind::DccRecv, u'\u2193', 0x555555}, {TabKind::DccSend, u'\u2191', 0x555555},
+  };
+  const int size = 12 * factor;
+  QPixmap pixmap(size, size);
+  pixmap.fill(Qt::transparent);
+  for (const auto& badge : kBadges) {
+    if (badge.kind != kind) continue;
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(QColor(badge.colour));
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(QRectF(0, 0, size, size), 2.5 * factor, 2.5 * factor);
+    QFont font = painter.font();
+    font.setPixelSize(10 * factor);
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(QRect(0, 0, size, size), Qt::AlignCenter, QString(QChar(badge.mark)));
+  }
+  return QIcon(pixmap);
+}
+
+constexpr int kFrameMilliseconds = 16;
+constexpr int kMostShownUnread = 999;
+
+QString UnreadText(int unread) {
+  if (unread <= 0) return {};
+  return unread > kMostShownUnread ? QString::number(kMostShownUnread) + u'+'
+                                   : QString::number(unread);
+}
+
+// White figures on a red pill, a little smaller than the label.
+QLabel* MakeUnreadBadge(const QString& text, int factor) {
+  auto* badge = new QLabel(text);
+  badge->setObjectName(u"unreadBadge"_s);
+  badge->setAlignment(Qt::AlignCenter);
+  QFont font = badge->font();
+  font.setPixelSize(10 * factor);
+  font.setBold(true);
+  badge->setFont(font);
+  badge->setStyleSheet(u"QLabel { background: #c0392b; color: white; border-radius: %1px;"
+                       " padding: 0 %2px; }"_s.arg(6 * factor).arg(3 * factor));
+  badge->setMinimumWidth(12 * factor);
+  badge->resize(badge->sizeHint().expandedTo(badge->minimumSize()));
+  return badge;
+}
+
+}  // namespace
+
+QColor ColourFromRef(quint32 colourRef) {
+  return QColor(int(colourRef & 0xff), int((colourRef >> 8) & 0xff), int((colourRef >> 16) & 0xff));
+}
+
+TabStripWidget::TabStripWidget(TabBar& tabs, QWidget* parent) : QTabBar(parent), tabs_(tabs) {
+  setExpanding(false);
+  setUsesScrollButtons(true);
+  setElideMode(Qt::ElideNone);
+  setDocumentMode(true);
+  setDrawBase(false);
+  connect(&tabs_, &TabBar::tabOpened, this, &TabStripWidget::OnOpened);
+  connect(&tabs_, &TabBar::tabClosed, this, &TabStripWidget::OnClosed);
+  connect(&tabs_, &TabBar::currentChanged, this, &TabStripWidget::OnModelCurrent);
+  connect(&tabs_, &TabBar::labelColourChanged, this, &TabStripWidget::ShowLabelColour);
+  connect(&tabs_, &TabBar::labelsChanged, this, [this] {
+    for (int i = 0; i < count(); ++i) ShowLabel(i);
+  });
+  connect(this, &QTabBar::currentChanged, this, &TabStripWidget::OnUserChoice);
+  unreadTimer_.setSingleShot(true);
+  unreadTimer_.setInterval(kFrameMilliseconds);
+  connect(&unreadTimer_, &QTimer::timeout, this, [this] {
+    for (int i = 0; i < count(); ++i) ShowUnread(i);
+  });
+  connect(&tabs_, &TabBar::unreadChanged, this, [this] {
+    if (!unreadTimer_.isActive()) unreadTimer_.start();
+  });
+  for (int i = 0; i < tabs_.Count(); ++i) OnOpened(tabs_.At(i)->id, i);
+  OnModelCurrent(tabs_.Current());
+}
+
+void TabStripWidget::SetScaleFactor(int factor) {
+  factor_ = factor;
+  setIconSize(QSize(12 * factor, 12 * factor));
+  for (int i = 0; i < count(); ++i) {
+    ShowLabel(i);
+    ShowUnread(i, true);
+  }
+}
+
+QLabel* TabStripWidget::UnreadBadge(int position) const {
+  return qobject_cast<QLabel*>(tabButton(position, QTabBar::RightSide));
+}
+
+void TabStripWidget::OnOpened(TabId, int position) {
+  const bool was = std::exchange(mirroring_, true);
+  insertTab(position, QString());
+  mirroring_ = was;
+  ShowLabel(position);
+  ShowLabelColour(position);
+}
+
+void TabStripWidget::OnClosed(TabId, int position) {
+  const bool was = std::exchange(mirroring_, true);
+  removeTab(position);
+  setCurrentIndex(tabs_.Current());
+  mirroring_ = was;
+}
+
+void TabStripWidget::OnModelCurrent(int position) {
+  const bool was = std::exchange(mirroring_, true);
+  setCurrentIndex(position);
+  mirroring_ = was;
+  for (int i = 0; i < count(); ++i) ShowLabelColour(i);  // the one left behind turns grey
+}
+
+// With "TabSets" showing neither, the label is empty and narrow, as the user asked.
+void TabStripWidget::ShowLabel(int position) {
+  const ConversationTab* tab = tabs_.At(position);
+  if (!tab || position >= count()) return;
+  const TabLabel label = tabs_.LabelOf(position);
+  setTabText(position, QString(label.text).replace(u'&', u"&&"_s));
+  setTabIcon(position, label.showIcon ? KindIcon(tab->kind, factor_) : QIcon());
+  setTabToolTip(position, tab->name);
+}
+
+void TabStripWidget::ShowLabelColour(int position) {
+  const ConversationTab* tab = tabs_.At(position);
+  if (!tab || position >= count()) return;
+  setTabTextColor(position, position == tabs_.Current() ? palette().color(QPalette::WindowText)
+                                                        : ColourFromRef(tab->labelColour));
+}
+
+// A new badge each time its text changes: the strip lays a tab out again only when one
+// of its buttons is set.
+void TabStripWidget::ShowUnread(int position, bool redraw) {
+  const ConversationTab* tab = tabs_.At(position);
+  if (!tab || position >= count()) return;
+  const QString text = UnreadText(tab->unreadLines);
+  QLabel* badge = UnreadBadge(position);
+  if (!redraw && (badge ? badge->text() : QString()) == text) return;
+  setTabButton(position, QTabBar::RightSide, nullptr);
+  delete badge;
+  if (!text.isEmpty()) setTabButton(position, QTabBar::RightSide, MakeUnreadBadge(text, factor_));
+}
+
+void TabStripWidget::OnUserChoice(int position) {
+  if (mirroring_ || position < 0 || position == tabs_.Current()) return;
+  tabs_.ActivateTab(position);
+}
