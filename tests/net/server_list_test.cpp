@@ -44,13 +44,18 @@ TEST(ServerList, ReadsAHandEditedFileAndSavesItWellFormed) {
 }
 
 // Entries made or edited in the program are fitted when written: no TAB but in the
-// password, no line break, nothing past a NUL or the field's capacity.
+// password, no line break, nothing past a NUL or the field's capacity; removing one
+// removes that entry, not an equal one.
 TEST(ServerList, EntriesAreFittedToTheLineFormat) {
   ServerList list;
   list.AppendServer({u"a\tb"_s, u"c\r\nd"_s, u"1"_s, u"p\tq"_s});
   list.AppendServer({u"net"_s + QChar(0) + u"junk"_s, u"h"_s, u"1"_s, {}});
   list.AppendServer({u"n"_s, u"h"_s, u"1"_s, {}}).network = QString(100, u'x');
   EXPECT_EQ(FormatServerList(list), "a b\tc  d\t1\tp\tq\r\nnet\th\t1\t\r\n" + QByteArray(63, 'x') + "\th\t1\t\r\n");
+  const ServerEntry stranger = *list.ServerAt(1);  // equal text, not in the list
+  EXPECT_FALSE(list.RemoveServer(&stranger));
+  EXPECT_TRUE(list.RemoveServer(list.ServerAt(1)));
+  EXPECT_EQ(FormatServerList(list), "a b\tc  d\t1\tp\tq\r\n" + QByteArray(63, 'x') + "\th\t1\t\r\n");
 }
 
 // The "server" setting selects an entry: host and password go out as UTF-8 with one port of
