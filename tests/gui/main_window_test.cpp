@@ -1,6 +1,4 @@
-// The window over a client whose server is one end of a socket pair: typed lines reach
-// the server, server lines open and fill tabs, and sizes and colours follow the screen
-// and the settings.
+// The window over a client whose server is one end of a socket pair, and its splash.
 
 #include "gui/color_text_widget.h"
 #include "gui/input_line_widget.h"
@@ -25,6 +23,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <QtEndian>
 #include <gtest/gtest.h>
 
 #include <sys/socket.h>
@@ -76,9 +75,8 @@ class MainWindowTest : public ::testing::Test {
   int peer_ = -1;
 };
 
-// The nick list answers for the channel in front; lines in the back are counted in the
-// tab's badge, even when they leave its label grey, until the tab is shown. The window
-// shows the program's icon.
+// Lines in a back tab are counted in its badge, even when its label stays grey, until
+// the tab is shown.
 TEST_F(MainWindowTest, TypedLinesReachTheServerAndUnreadLinesShowInTheBadge) {
   Join();
   ASSERT_EQ(window->NickView()->model()->rowCount(), 4);
@@ -99,9 +97,8 @@ TEST_F(MainWindowTest, TypedLinesReachTheServerAndUnreadLinesShowInTheBadge) {
   EXPECT_EQ(window->windowIcon().pixmap(32).toImage(), AppIcon().pixmap(32).toImage());
 }
 
-// Every tap target is at least 20 pixels tall per screen factor, in the input line's
-// 13-pixel text: the menu bar and its menus, the pop-ups, the dialogs' buttons, and the
-// two buttons beside the input line, which stay inside the window.
+// Every tap target (menus, pop-ups, dialog buttons, the input line's buttons) is at
+// least 20 pixels tall per screen factor, in 13-pixel text.
 TEST_F(MainWindowTest, TapTargetsFollowTheScreenFactor) {
   Join();
   for (const QSize size : {QSize(240, 320), QSize(320, 240), QSize(480, 640)}) {
@@ -147,25 +144,20 @@ TEST_F(MainWindowTest, TapTargetsFollowTheScreenFactor) {
 // Entry 1 of "kolory" (0x00BBGGRR) is the typed text's colour, on the field's own
 // background: from the start, and again when the colours have been reset.
 TEST_F(MainWindowTest, TheInputLineTextHasTheSchemesColour) {
-  const auto setEntry = [&](quint32 colour) {
-    QByteArray scheme;
-    ASSERT_TRUE(settings.GetBinary(u"kolory", scheme, 96));
-    for (int i = 0; i < 4; ++i) scheme[4 + i] = char((colour >> (8 * i)) & 0xff);
-    settings.SetBinary(u"kolory", scheme);
-  };
   const QLineEdit* edit = window->InputLine()->lineEdit();
-  const QColor usual = edit->palette().color(QPalette::Text);
-  const QColor base = edit->palette().color(QPalette::Base);
-  setEntry(0x00804020);
-  EXPECT_EQ(MainWindow(settings).InputLine()->lineEdit()->palette().color(QPalette::Text), QColor(0x20, 0x40, 0x80));
+  const QColor usual = edit->palette().color(QPalette::Text), base = edit->palette().color(QPalette::Base);
   window->Shell().SetBeforeExecHook([](QDialog* box) {
     QTimer::singleShot(0, box, [box] {
       for (QPushButton* button : box->findChildren<QPushButton*>())
         if (button->text() == u"Yes"_s) button->click();
     });
   });
-  for (const auto& [entry, shown] : {std::pair{0x0000c000u, QColor(0, 0xc0, 0)}, {0u, usual}}) {
-    setEntry(entry);
+  QByteArray scheme;
+  ASSERT_TRUE(settings.GetBinary(u"kolory", scheme, 96));
+  for (const auto& [entry, shown] : {std::pair{0x00804020u, QColor(0x20, 0x40, 0x80)}, {0u, usual}}) {
+    qToLittleEndian(entry, scheme.data() + 4);
+    settings.SetBinary(u"kolory", scheme);
+    EXPECT_EQ(MainWindow(settings).InputLine()->lineEdit()->palette().color(QPalette::Text), shown) << entry;
     window->RunCommand(40050);  // mColors Default
     EXPECT_EQ(edit->palette().color(QPalette::Text), shown) << entry;
     EXPECT_EQ(edit->palette().color(QPalette::Base), base);
@@ -187,9 +179,8 @@ TEST_F(MainWindowTest, TheInputLineStaysAboveTheSoftKeyboard) {
   }
 }
 
-// "Scroll On" follows new lines while the last row is in sight: a reader who scrolled up
-// keeps the place, and is followed again once back at the end. "Scroll Off" never follows;
-// turning it on jumps to the end at once.
+// "Scroll On" follows new lines only from the end; "Scroll Off" never does, and turning
+// it on jumps to the end.
 TEST_F(MainWindowTest, NewLinesFollowOnlyFromTheEndWhenFollowing) {
   TabBar& tabs = window->Context().tabs;
   for (int i = 0; i < 80; ++i) PrintToTab(tabs, 0, u"line %1"_s.arg(i), 0);
@@ -209,6 +200,21 @@ TEST_F(MainWindowTest, NewLinesFollowOnlyFromTheEndWhenFollowing) {
   scroll->setValue(3);
   tabs.SetFollowNewLines(0, true);
   EXPECT_EQ(scroll->value(), scroll->maximum());
+}
+
+// Centred across and 22 pixels a factor below the middle, but never past the window's
+// bottom: on a short window it moves up. Odd sizes are truncated.
+TEST(SplashWindow, CentredAcrossAndBelowTheMiddleOfTheMainWindow) {
+  const std::tuple<int, QSize, QRect> cases[] = {
+      {1, QSize(240, 294), QRect(0, 93, 240, 151)},   // (294 - 151) / 2 + 22 = 93
+      {2, QSize(480, 588), QRect(0, 165, 480, 302)},  // (588 - 302) / 2 + 22 = 165
+      {1, QSize(481, 640), QRect(120, 266, 240, 151)},
+      {2, QSize(720, 320), QRect(120, 18, 480, 302)},  // 31 + 302 would end past 320
+  };
+  for (const auto& [factor, window, expected] : cases) {
+    EXPECT_EQ(SplashGeometry(factor, window), expected) << factor << " " << window.width();
+    EXPECT_EQ(SplashWindow(factor, window).size(), expected.size());
+  }
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-// The window's shell asks with real modal dialogs, answered here as a user would through
-// the hook that sees each dialog before it runs; and it plays only what it can finish.
+// The window's shell: real modal dialogs, answered as a user would, and its sounds.
 
 #include "gui/shell_window.h"
 
@@ -17,8 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A greyed OK ignores the click: an empty text where one is needed, one text of two.
-// Fields stop at 250 characters.
+// A greyed OK ignores the click (no text where one is needed); fields stop at 250.
 TEST(WindowShell, OkConfirmsOnlyAUsableAnswer) {
   WindowShell shell;
   QStringList typed;

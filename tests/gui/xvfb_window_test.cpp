@@ -1,8 +1,5 @@
-// The real program on a bare X server (Xvfb, no window manager), as on a pocket device,
-// with a fresh home: the first start, with its splash. On a screen of each pocket size
-// every window lies inside the screen, the main window fills it, and the bottom row, where
-// the input line is, is the program's, not the black root's. The screenshots stay in the
-// build folder for a person to look at.
+// The first start of the real program on a bare X server of each pocket size: the windows
+// fit, the main one fills the screen down to its bottom row. Screenshots stay in the build.
 
 #include "support/test_app.h"
 
@@ -49,9 +46,8 @@ TEST_P(XvfbScreenTest, TheWindowAndTheSplashFitTheScreen) {
   if (xdotool.isEmpty() || import.isEmpty() || QStandardPaths::findExecutable(u"Xvfb"_s).isEmpty())
     GTEST_SKIP() << "Xvfb, xdotool and import are needed";
   const QSize screen = GetParam();
-  // Xvfb on a display number drawn from a wide range, since one that another run has just
-  // given up may still lose its socket to that run's exit; it writes the number once it
-  // takes clients, and exits at once when the number is taken. The root is black.
+  // A display number of our own drawing: one another run has just released could lose its
+  // socket to that run's exit. Xvfb exits at once when the number is taken. Black root.
   QByteArray number;
   for (int attempt = 0; attempt < 5 && !number.contains('\n'); ++attempt) {
     number.clear();

@@ -1,5 +1,4 @@
-// The tabs, the nick lists they hold, and the output path that fills them with lines,
-// labels, unread counts, balloons and logs.
+// The tabs, their nick lists, and the lines, labels, balloons and logs that fill them.
 
 #include "settings/settings_store.h"
 #include "views/output_path.h"
@@ -95,9 +94,8 @@ TEST_F(Conversations, TabsOpenOnceAreFoundByKindAndCloseTowardsTheFront) {
   EXPECT_EQ(bar.Current(), -1);
 }
 
-// Operators, then voiced, then the rest, each alphabetically without regard to case;
-// single joins and a names burst (unsorted, "@+" as multi-prefix servers send) alike. A
-// rename keeps the rank, and a prefix on the new nick is none.
+// Operators, voiced, the rest, each sorted without regard to case; "@+" as multi-prefix
+// servers send. A rename keeps the rank.
 TEST_F(Conversations, NickListsLiveInChannelTabs) {
   bar.SetScaleFactor(2);
   bar.OpenTab(u"#a", TabKind::Channel);
@@ -174,8 +172,8 @@ TEST_F(Conversations, BackTabsGetTheLineColourAnUnreadCountAndABalloon) {
   EXPECT_EQ(state(1), std::pair(kLabelGrey, 0));
 }
 
-// "Files" holds one bit per kind of tab; a transfer's line is Status's. The log holds the
-// stamped line in the file of its day; a missing folder loses only the log line.
+// "Files" holds a bit per kind of tab; a line is logged in the file of its day, and a
+// missing folder loses only the log line.
 TEST_F(Conversations, LogsFollowTheFilesBitsPerKind) {
   const std::tuple<quint32, int, const char*> cases[] = {
       {0x1, 1, "#chan.2008-03-07.txt"}, {0x2, 2, "bob.2008-03-07.txt"}, {0x4, 0, "Status.2008-03-07.txt"},

@@ -1,5 +1,4 @@
-// A line's way to the screen: formatting codes parsed into plain text and runs, wrapped
-// into rows, and kept in the line store.
+// Formatting codes parsed into plain text and runs, wrapped into rows, kept in the store.
 
 #include "views/formatted_text.h"
 #include "views/line_store.h"
@@ -54,10 +53,8 @@ TEST(StyleAt, AppliesTheRunsUpToAPosition) {
     EXPECT_EQ(StyleAt(ParseFormatting(Codes(input)), position), style) << input.toStdString() << position;
 }
 
-// Ten pixels a character, twelve in bold (^B). Width 100: a blank after 5 characters
-// leaves the row exactly half full, so the word is split; after 6 the row is more than
-// half full and the word moves. Long hostile lines: no row is empty, and a blank at the
-// fit point stays on its row.
+// Ten pixels a character, twelve in bold. A word moves to the next row only when the row
+// is more than half full; long hostile lines give no empty row.
 TEST(WrapLine, SplitsIntoRows) {
   const std::tuple<QString, int, QStringList, int> cases[] = {  // {line, width, rows, margin}
       {u"abcdefghij"_s, 100, {u"abcdefghij"_s}, 0},
@@ -94,8 +91,7 @@ TEST(WrapLine, SplitsIntoRows) {
   EXPECT_EQ(CountRows(ParseFormatting(u"no measure: one row"_s), 30, nullptr), 1);
 }
 
-// Ten characters a row at width 100, eight in bold. Rows are counted when a line comes,
-// and again for every line when the width changes.
+// Ten characters a row at width 100, eight in bold; a new width counts all rows again.
 TEST(LineStore, RowsFollowAppendsAndTheLayout) {
   const std::pair<QString, qsizetype> lines[] = {{u"short"_s, 1}, {u"hello, wonderful world"_s, 3},
                                                  {u"\x02" "abcdefghi"_s, 2}, {u""_s, 1}, {QString(25, u'x'), 3}};
@@ -120,9 +116,7 @@ TEST(LineStore, RowsFollowAppendsAndTheLayout) {
   EXPECT_EQ(store.RowCount(), 5);
 }
 
-// Unit for unit: codes, pairs outside the basic plane, lone surrogates UTF-8 cannot
-// carry, a leading byte order mark; enough lines for several blocks and chunks, and one
-// line larger than a chunk.
+// Unit for unit, lone surrogates too; enough lines for several blocks, one beyond a chunk.
 TEST(LineStore, TextAndColourComeBackExactly) {
   const std::pair<QString, quint32> odd[] = {
       {u"\x03" "4,12colour \x02" "bold\x0f"_s, 0x000000ffu}, {u"\U0001F600 \U0010FFFF"_s, 0x00123456u},

@@ -70,9 +70,8 @@ QStringList HostileNames() {
   return names;
 }
 
-// Every name logs into a file of its own directly inside the log folder: escaping, not
-// replacing, keeps "a/b" away from the ordinary "a_b", and case and normalisation form
-// stay as received. A shared file would hold its line twice.
+// Every name logs into a file of its own directly inside the log folder ("a/b" is not
+// "a_b"; case and normalisation stay): a shared file would hold its line twice.
 TEST(HostileNames, EachWritesItsOwnFileDirectlyInsideTheLogFolder) {
   QTemporaryDir parent, home;
   const QString logs = parent.path() + u"/logs/"_s;
@@ -100,8 +99,7 @@ TEST(HostileNames, EachWritesItsOwnFileDirectlyInsideTheLogFolder) {
   EXPECT_EQ(QDir(parent.path()).entryList(all), QStringList{u"logs"_s});
 }
 
-// Without a folder set, logs go to the installation folder; a folder named without its
-// "/" still holds them.
+// Without a folder set, logs go to the home folder; one named without its "/" still works.
 TEST(AppendLogLine, FindsItsFolder) {
   QTemporaryDir dir, home;
   SettingsStore store(home.path());

@@ -14,8 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Worked out by hand from the calendar rules, not by the code. Minutes and seconds of 0
-// print as "000"; there is no century rule, so 2100 has a 29 February here.
+// Worked out by hand. Minutes and seconds of 0 print as "000"; 2100 has a 29 February.
 TEST(TimeFormat, StampsAndTheProgramsOwnCalendar) {
   EXPECT_EQ(TimeStamp(QTime(9, 5, 59)) + TimeStamp(QTime()), u"[09:05] [00:00] "_s);
   const std::pair<qint64, QString> cases[] = {
@@ -35,8 +34,8 @@ TEST(TimeFormat, StampsAndTheProgramsOwnCalendar) {
   EXPECT_EQ(FormatServerTime(std::numeric_limits<qint64>::min()), u"Sun Sep 8 -292271021076 8:29:52"_s);
 }
 
-// The factor is the width over 240 in portrait, over 320 in landscape; "FontSize" packs
-// the text and list heights, and "VGA" keeps all but the input line at the factor-1 size.
+// The factor is the width over 240 (portrait) or 320 (landscape); "FontSize" packs the
+// text and list heights; "VGA" keeps all but the input line at the factor-1 size.
 TEST(ScreenMetrics, FactorAndFontHeights) {
   const struct {
     int width, height, fontSize, vga, factor;
