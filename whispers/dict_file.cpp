@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -25,7 +26,14 @@ ssize_t ReadFully(int fd, char* into, size_t count, off_t at) {
 }  // namespace
 
 DictFile::~DictFile() {
+  Unmap();
   if (fd_ >= 0) ::close(fd_);  // closing drops the lock
+}
+
+void DictFile::Unmap() {
+  if (mapped_) ::munmap(const_cast<char*>(mapped_), mappedSize_);
+  mapped_ = nullptr;
+  mappedSize_ = 0;
 }
 
 bool DictFile::Open(const QString& path, Access access) {
@@ -50,6 +58,12 @@ bool DictFile::Open(const QString& path, Access access) {
     if (header_[slot] != 0 && (!IsRecordOffset(header_[slot]) || header_[slot] >= size_))
       damaged_ = true;
   }
+  // Without a mapping the buffer does all the reading, only slower.
+  void* map = ::mmap(nullptr, size_, PROT_READ, MAP_SHARED, fd_, 0);
+  if (map != MAP_FAILED) {
+    mapped_ = static_cast<const char*>(map);
+    mappedSize_ = size_;
+  }
   return true;
 }
 
@@ -66,10 +80,15 @@ std::optional<DictRecord> DictFile::Read(quint32 offset, bool mayEnd) {
     damaged_ = !(mayEnd && offset == size_);
     return std::nullopt;
   }
-  const bool buffered = offset >= bufferStart_ &&
-                        offset - bufferStart_ + kDictRecordSize <= bufferLength_;
-  if (!buffered && !Fill(offset)) return std::nullopt;  // a read error: nothing to walk on
-  const char* bytes = buffer_.data() + (offset - bufferStart_);
+  const char* bytes = nullptr;
+  if (offset + kDictRecordSize <= mappedSize_) {
+    bytes = mapped_ + offset;  // written records read back too: the mapping is shared
+  } else {
+    const bool buffered = offset >= bufferStart_ &&
+                          offset - bufferStart_ + kDictRecordSize <= bufferLength_;
+    if (!buffered && !Fill(offset)) return std::nullopt;  // a read error: nothing to walk on
+    bytes = buffer_.data() + (offset - bufferStart_);
+  }
   const DictRecord record{qFromLittleEndian<quint32>(bytes), quint8(bytes[4])};
   if (record.alternative != 0 && record.alternative <= offset) {
     damaged_ = true;
@@ -102,6 +121,7 @@ bool DictFile::WriteEmptyHeader() {
 }
 
 bool DictFile::Truncate() {
+  Unmap();  // a mapping past the end of a file faults when touched
   if (::ftruncate(fd_, 0) != 0) return false;
   size_ = 0;
   bufferLength_ = 0;

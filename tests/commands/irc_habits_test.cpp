@@ -28,7 +28,9 @@ TEST_P(IrcHabitTest, SendsAndCloses) {
   client.settings.SetString(u"partmsg", u"Gone"_s, 501);
   if (!c.connected) client.Disconnect();
   SubmitInputText(client.ctx, QString::fromUtf8(c.typed));
-  if (c.connected) EXPECT_EQ(client.Sent(), c.sent);
+  if (c.connected) {
+    EXPECT_EQ(client.Sent(), c.sent);
+  }
   QStringList tabs;
   for (int i = 0; i < client.ctx.tabs.Count(); ++i) tabs << client.ctx.tabs.At(i)->name;
   EXPECT_EQ(tabs, c.tabsLeft);
