@@ -59,7 +59,8 @@ bool DictFile::Open(const QString& path, Access access) {
       damaged_ = true;
   }
   // Without a mapping the buffer does all the reading, only slower.
-  void* map = ::mmap(nullptr, size_, PROT_READ, MAP_SHARED, fd_, 0);
+  void* map = access == Access::Write ? ::mmap(nullptr, size_, PROT_READ, MAP_SHARED, fd_, 0)
+                                      : MAP_FAILED;
   if (map != MAP_FAILED) {
     mapped_ = static_cast<const char*>(map);
     mappedSize_ = size_;

@@ -10,10 +10,11 @@
 // ever appended, so every link points forward) marks it damaged, and the walk stops
 // there instead of following garbage. As every step goes forward, no walk can loop.
 //
-// The records present at opening are mapped for the operation rather than read jump by
-// jump: a 200-word line jumps thousands of times across a big tree, and a system call per
-// jump cost milliseconds. Only the pages a walk touches are read; records appended during
-// the operation are read through the buffer.
+// For teaching, the records present at opening are mapped for the operation rather than
+// read jump by jump: a 200-word line jumps thousands of times across a big tree, and a
+// system call per jump cost milliseconds. Only the pages a walk touches are read; records
+// appended during the operation are read through the buffer. A lookup jumps a few dozen
+// times, and setting up a mapping would cost it more than it saves.
 
 #include <QString>
 
