@@ -134,7 +134,6 @@ INSTANTIATE_TEST_SUITE_P(
         // The end of "/me" itself takes no branch and is never listed.
         LookupCase{"MeListsLongerWordsOnly", {u"/meet"_s, u"/message"_s}, "/me", 2, WhisperLookup::Found,
                    {u"/message"_s, u"/meet"_s}},
-        LookupCase{"WholeWordHasNone", {}, "/join", 2, WhisperLookup::Found, {}},
         LookupCase{"NotInTheTree", {}, "/zap", 2, WhisperLookup::NotFound, {}},
         LookupCase{"NoWordWithThatFirstCharacter", {}, "#x", 2, WhisperLookup::Unavailable, {}},
         // Teaching keeps the low byte; a lookup compares the signed byte with the whole
