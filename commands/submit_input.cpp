@@ -38,25 +38,8 @@ QString SettingText(const ClientContext& ctx, QStringView name) {
   return value;
 }
 
-bool IsChannelName(QStringView word) {
-  return word.startsWith(u'#') || word.startsWith(u'&') || word.startsWith(u'+') ||
-         word.startsWith(u'!');
-}
-
-// "/part" without a channel, or with only a reason, leaves the channel in front, as in
-// irssi and HexChat; elsewhere it goes out as typed.
-QString WithCurrentChannel(const ClientContext& ctx, const QString& text) {
-  TabKind kind = TabKind::Status;
-  const std::optional<QString> name = ctx.tabs.CurrentTabName(&kind);
-  if (!name || kind != TabKind::Channel || IsChannelName(CommandWord(text, 1))) return text;
-  QString line = CommandWord(text, 0).toString() + u' ' + *name;
-  if (!CommandWord(text, 1).isEmpty()) line += u' ' + TextAfterWords(text, 1).toString();
-  return line;
-}
-
-// A channel alone gets "partmsg" as its reason.
-bool RunPart(ClientContext& ctx, const QString& typed) {
-  const QString text = WithCurrentChannel(ctx, typed);
+// "/part" alone is sent as "part"; a channel alone gets "partmsg" as its reason.
+bool RunPart(ClientContext& ctx, const QString& text) {
   QString line = CommandLine(text, 2);
   const QString reason = SettingText(ctx, u"partmsg");
   if (!CommandWord(text, 1).isEmpty() && TextAfterWords(text, 2).isEmpty() && !reason.isEmpty())

@@ -41,11 +41,6 @@ const std::vector<TabSpec> kTabs = {{"#x", TabKind::Channel}, {"bob", TabKind::C
 INSTANTIATE_TEST_SUITE_P(
     Table, IrcHabitTest,
     ::testing::Values(
-        HabitCase{"PartWithOnlyAReason", kTabs, "#x", "/part bye now", "part #x :bye now\n",
-                  {u"Status"_s, u"#x"_s, u"bob"_s}},
-        HabitCase{"PartAnotherChannel", kTabs, "#x", "/part &y", "part &y :Gone\n",
-                  {u"Status"_s, u"#x"_s, u"bob"_s}},
-        HabitCase{"PartOutsideAChannel", kTabs, "bob", "/part", "part\n", {u"Status"_s, u"#x"_s, u"bob"_s}},
         HabitCase{"ShortJoin", kTabs, "Status", "/j #y key", "join #y key\n", {u"Status"_s, u"#x"_s, u"bob"_s}},
         HabitCase{"CloseAChat", kTabs, "bob", "/close", "", {u"Status"_s, u"#x"_s}},
         // A channel closes once the server confirms the part, as its menu's Close does.

@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
                   {u"Status|-> [bob] PING|Ping"_s}},
         TypedCase{"PingWithoutTarget", {}, "Status", "/ping", "", {}},
         TypedCase{"PartTakesPartmsg", kChannel, "#x", "/part #x", "part #x :Gone\n", {}, false, "Gone"},
-        TypedCase{"PartAlone", kChannel, "#x", "/part", "part #x :Gone\n", {}, false, "Gone"},
+        TypedCase{"PartAlone", kChannel, "#x", "/part", "part\n", {}, false, "Gone"},
         TypedCase{"PartWithReason", kChannel, "#x", "/part #x bye now", "part #x :bye now\n", {}, false,
                   "Gone"},
         TypedCase{"PartEmptyPartmsg", kChannel, "#x", "/part #x", "part #x\n", {}},
