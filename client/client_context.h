@@ -13,6 +13,7 @@
 #include "net/socket_transport.h"
 #include "views/line_style.h"
 #include "views/tab_bar.h"
+#include "whispers/whisper_dictionary.h"
 
 #include <QString>
 #include <functional>
@@ -46,6 +47,7 @@ class ClientContext : public SocketErrorSink {
   HighlightMatcher highlightMatcher;  // the highlight list, prepared
   InputHistory history;               // the input line's earlier lines
   FavoriteList favorites;             // the Favorites menu; the front end loads it
+  WhisperDictionary whispers;         // word completion; the front end prepares the file
   // Attached by the front end once they exist; commands cope without them.
   DccStarter* dcc = nullptr;
   WordTeacher* wordTeacher = nullptr;

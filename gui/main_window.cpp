@@ -5,6 +5,7 @@
 #include "gui/popup_menu_widget.h"
 #include "gui/splash_window.h"
 #include "gui/touch_targets_widget.h"
+#include "gui/whisper_attachment.h"
 #include "commands/command_ids.h"
 #include "commands/menu_commands.h"
 #include "commands/popup_actions.h"
@@ -15,6 +16,7 @@
 #include "settings/settings_store.h"
 #include "gui/color_text_widget.h"
 #include "views/line_style.h"
+#include "whispers/whisper_actions.h"
 #include "gui/tab_strip_widget.h"
 
 #include <QBoxLayout>
@@ -31,6 +33,8 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QUrl>
+
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -130,6 +134,12 @@ void MainWindow::BuildWidgets() {
   bottom->setSpacing(0);
   input_ = new InputLineWidget(central);
   input_->SetHistory(&ctx_.history.Model());
+  inputWhispers_ = AttachWhispers(input_, ctx_, WhisperField::InputLine);
+  input_->SetTabCompletion([this](const QString& text, int caret) {
+    return nickCompleter_.Complete(text, caret, [this](QStringView prefix) {
+      return CompletingNicks(ctx_, prefix, std::numeric_limits<int>::max());
+    });
+  });
   tabMenuButton_ = new QToolButton(central);
   tabMenuButton_->setText(u"\u2630"_s);
   tabMenuButton_->setToolTip(u"Menu of this tab"_s);
@@ -168,6 +178,7 @@ void MainWindow::ConnectModel() {
     if (nickView_->isVisible()) ctx_.tabs.SetNickPaneWidth(ctx_.tabs.Current(), splitter_->sizes().value(1));
   });
   shell_.SetConnectionStateHandler([this](bool connected) { menu_->ShowConnected(connected); });
+  shell_.SetFieldHook([this](QLineEdit* field) { AttachWhispers(field, ctx_); });
   const auto followKeyboard = [this] {
     const QInputMethod* keyboard = QGuiApplication::inputMethod();
     FollowKeyboard(keyboard->keyboardRectangle(), keyboard->isVisible());
@@ -183,6 +194,7 @@ ColorTextWidget* MainWindow::TextViewOf(TabId tab) const {
 void MainWindow::FinishStart(bool connectAtStart) {
   ctx_.tabs.OpenTab(u"Status", TabKind::Status);
   ctx_.tabs.ActivateTab(0);
+  StartWhispers(ctx_);  // once Status is there to hear of a damaged dictionary
   input_->setFocus();
   if (TestOption(ctx_.settings, kOptSplash)) QTimer::singleShot(0, this, &MainWindow::ShowAbout);
   if (connectAtStart) session_.Connect();
@@ -266,6 +278,7 @@ void MainWindow::ShowNickPane(bool shown) {
 
 void MainWindow::OnSubmitted(const QString& text) {
   SubmitInputText(ctx_, text);
+  inputWhispers_->Close();
 }
 
 void MainWindow::ShowTabMenu(QPoint globalPos) {

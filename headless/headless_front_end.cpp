@@ -6,6 +6,7 @@
 #include "commands/submit_input.h"
 #include "favorites/favorite_commands.h"
 #include "views/output_path.h"
+#include "whispers/whisper_actions.h"
 
 #include <QCoreApplication>
 
@@ -139,6 +140,7 @@ HeadlessFrontEnd::~HeadlessFrontEnd() = default;
 void HeadlessFrontEnd::Start(bool connectAtStart) {
   ctx_.tabs.OpenTab(u"Status", TabKind::Status);
   ctx_.tabs.ActivateTab(0);
+  StartWhispers(ctx_);
   ctx_.favorites.SetFilePath(FavoritesPath(ctx_.settings));
   ctx_.favorites.Load();
   ::fcntl(STDIN_FILENO, F_SETFL, ::fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK);

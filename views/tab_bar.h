@@ -32,6 +32,7 @@ class TabBar : public QObject {
   void SetClock(Clock clock) { clock_ = std::move(clock); }
   // 1 on a normal screen, 2 on a "VGA" screen: scales the nick pane's starting width.
   void SetScaleFactor(int factor) { scaleFactor_ = factor; }
+  int ScaleFactor() const { return scaleFactor_; }
 
   int Count() const { return static_cast<int>(tabs_.size()); }
   int Current() const { return current_; }
