@@ -37,7 +37,8 @@ TEST_F(Defaults, FirstStartWritesEveryValueInOrder) {
                          u"ignore"_s, u"hlights"_s, u"notify"_s, u"logpath"_s, u"Options"_s,
                          u"IdPort"_s, u"DCC"_s, u"TabSets"_s, u"FontSize"_s, u"Files"_s,
                          u"IdUser"_s, u"IdSystem"_s, u"LocalHost"_s, u"TextFontName"_s,
-                         u"ListFontName"_s, u"EditFontName"_s, u"DCCpath"_s, u"mColors"_s}));
+                         u"ListFontName"_s, u"EditFontName"_s, u"DCCpath"_s, u"mColors"_s,
+                         u"desk_notify"_s}));
   EXPECT_EQ(store.ValueNames(SettingsKey::Sounds),
             (QStringList{u"join"_s, u"part"_s, u"query"_s, u"invite"_s, u"notice"_s,
                          u"highlight"_s, u"quit"_s, u"ping"_s, u"kick"_s, u"op"_s, u"deop"_s,
