@@ -32,7 +32,17 @@ file "$root/usr/share/icons/hicolor/48x48/apps/tolv.png" | grep -q "48 x 48" || 
 tolv=(env -u TOLV_DATA -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM "$root/usr/bin/tolv")
 version=$("${tolv[@]}" --version)
 [[ $version == "tolv $(dpkg-deb --field "$deb" Version)" ]] || fail "--version says '$version'"
+help=$("${tolv[@]}" --help)
+[[ $help == *--headless* && $help == *--connect* ]] || fail "--help does not list --headless and --connect"
 home="$scratch/home"
+# An unknown option or a stray argument is named, ends with status 2 and touches nothing.
+for arguments in "--frobnicate|Unknown option 'frobnicate'." "--connect x|Unexpected argument 'x'."; do
+  status=0
+  TOLV_HOME=$home "${tolv[@]}" ${arguments%%|*} >/dev/null 2>"$scratch/err" || status=$?
+  printf "tolv: %s\nTry 'tolv --help' for the options.\n" "${arguments#*|}" | cmp -s - "$scratch/err" ||
+    fail "tolv ${arguments%%|*} says: $(cat "$scratch/err")"
+  [[ $status -eq 2 && ! -e $home ]] || fail "tolv ${arguments%%|*} ended with $status or made $home"
+done
 TOLV_HOME=$home timeout 20 "${tolv[@]}" --headless </dev/null >"$scratch/headless.log" 2>&1 ||
   { cat "$scratch/headless.log"; fail "the headless program did not end cleanly"; }
 for file in servers.txt favorites.txt join.wav help/help.html settings.reg; do

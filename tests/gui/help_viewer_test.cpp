@@ -1,5 +1,4 @@
-// Help / Contents where no browser opens the page (the offscreen platform has none): the
-// page in the window's own viewer, sized for the screen, closed by its button.
+// Help / Contents where no browser opens the page (the offscreen platform has none).
 
 #include "gui/help_viewer.h"
 #include "gui/main_window.h"
@@ -9,7 +8,6 @@
 #include "support/test_app.h"
 
 #include <QDir>
-#include <QFile>
 #include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -19,48 +17,28 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-struct ScreenCase {
-  const char* name;
-  QSize size;
-  int factor;
-};
-
-class HelpViewerTest : public ::testing::TestWithParam<ScreenCase> {};
-
-TEST_P(HelpViewerTest, ShowsThePageUntilClosed) {
-  QTemporaryDir home;
-  QDir().mkpath(home.filePath(u"help"_s));
-  QFile::copy(QStringLiteral(TOLV_DATA_DIR "/help/help.html"), home.filePath(u"help/help.html"_s));
-  SettingsStore settings(home.path());
-  InitialiseDefaults(settings);
-  settings.SetDword(u"Options", settings.GetDword(u"Options") & ~0x40);  // no splash
-  MainWindow window(settings);
-  window.resize(GetParam().size);
-  window.show();
-  window.FinishStart(false);
-  ASSERT_EQ(window.ScaleFactor(), GetParam().factor);
-
-  window.RunCommand(40005);
-  window.RunCommand(40005);  // the second time brings the same viewer to the front
-  const auto viewers = window.findChildren<HelpViewer*>();
-  ASSERT_EQ(viewers.size(), 1);
-  QPointer<HelpViewer> viewer = viewers.front();
-  EXPECT_EQ(viewer->Browser()->documentTitle(), u"Tolv help"_s);
-  EXPECT_EQ(viewer->size(), GetParam().size);
-  auto* close = viewer->findChild<QPushButton*>();
-  EXPECT_GE(close->height(), TouchHeight(GetParam().factor));
-  QDir().mkpath(QStringLiteral(TOLV_SCREENSHOT_DIR));
-  viewer->grab().save(QStringLiteral(TOLV_SCREENSHOT_DIR) + u"/help_viewer_"_s + QString::fromUtf8(GetParam().name) + u".png"_s);
-
-  QTest::mouseClick(close, Qt::LeftButton);
-  EXPECT_TRUE(RunUntil([&] { return viewer.isNull(); }, 2000));
+TEST(HelpViewer, ShowsThePageOverTheWindowUntilClosed) {
+  for (const QSize size : {QSize(240, 320), QSize(480, 640)}) {
+    QTemporaryDir home;
+    QDir().mkpath(home.filePath(u"help"_s));
+    QFile::copy(QStringLiteral(TOLV_DATA_DIR "/help/help.html"), home.filePath(u"help/help.html"_s));
+    SettingsStore settings(home.path());
+    InitialiseDefaults(settings);
+    settings.SetDword(u"Options", settings.GetDword(u"Options") & ~0x40);  // no splash
+    MainWindow window(settings);
+    window.resize(size);
+    window.FinishStart(false);
+    window.RunCommand(40005);
+    window.RunCommand(40005);  // the second time brings the same viewer to the front
+    ASSERT_EQ(window.findChildren<HelpViewer*>().size(), 1);
+    QPointer<HelpViewer> viewer = window.findChild<HelpViewer*>();
+    EXPECT_EQ(viewer->Browser()->documentTitle(), u"Tolv help"_s);
+    EXPECT_EQ(viewer->size(), size);
+    auto* close = viewer->findChild<QPushButton*>();
+    EXPECT_EQ(close->height(), TouchHeight(window.ScaleFactor()));
+    QDir().mkpath(QStringLiteral(TOLV_SCREENSHOT_DIR));
+    viewer->grab().save(u"%1/help_viewer_%2x%3.png"_s.arg(QStringLiteral(TOLV_SCREENSHOT_DIR)).arg(size.width()).arg(size.height()));
+    QTest::mouseClick(close, Qt::LeftButton);
+    EXPECT_TRUE(RunUntil([&] { return viewer.isNull(); }, 2000));
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Screens, HelpViewerTest,
-                         ::testing::Values(ScreenCase{"240x320", {240, 320}, 1},
-                                           ScreenCase{"480x640", {480, 640}, 2}),
-                         [](const auto& info) { return std::string(info.param.name); });
-
-}  // namespace
