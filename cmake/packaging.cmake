@@ -19,7 +19,12 @@ file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/data ${CMAKE_BINARY_DIR}/data SYMBO
 set(TOLV_APP_ID org.kelvane.Tolv)
 install(FILES packaging/${TOLV_APP_ID}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES packaging/${TOLV_APP_ID}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-install(FILES packaging/tolv.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+# Debian keeps man pages compressed; -n leaves the time out, so builds stay identical.
+set(TOLV_MAN_PAGE ${CMAKE_BINARY_DIR}/tolv.1.gz)
+add_custom_command(OUTPUT ${TOLV_MAN_PAGE}
+  COMMAND gzip -9 -n -c ${CMAKE_CURRENT_SOURCE_DIR}/packaging/tolv.1 > ${TOLV_MAN_PAGE}
+  DEPENDS packaging/tolv.1)
+install(FILES ${TOLV_MAN_PAGE} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
 # Icon themes want fixed sizes beside the scalable icon; they are rendered from the SVG.
 set(TOLV_ICON_SVG ${CMAKE_CURRENT_SOURCE_DIR}/data/icons/tolv.svg)
@@ -37,7 +42,7 @@ foreach(size 48 256)
   list(APPEND TOLV_ICON_PNGS ${png})
   install(FILES ${png} DESTINATION ${TOLV_HICOLOR}/${size}x${size}/apps)
 endforeach()
-add_custom_target(tolv_icons ALL DEPENDS ${TOLV_ICON_PNGS})
+add_custom_target(tolv_desktop_files ALL DEPENDS ${TOLV_ICON_PNGS} ${TOLV_MAN_PAGE})
 
 # cpack -G DEB in the build folder makes tolv_<version>_<arch>.deb. Its dependencies are
 # read from the libraries the binary links (dpkg-shlibdeps); on Debian the Qt platform

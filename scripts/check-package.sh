@@ -20,7 +20,7 @@ root="$scratch/root"
 dpkg -x "$deb" "$root"
 for file in usr/bin/tolv usr/share/tolv/servers.txt usr/share/tolv/help/help.html \
             usr/share/applications/org.kelvane.Tolv.desktop \
-            usr/share/metainfo/org.kelvane.Tolv.metainfo.xml usr/share/man/man1/tolv.1 \
+            usr/share/metainfo/org.kelvane.Tolv.metainfo.xml usr/share/man/man1/tolv.1.gz \
             usr/share/icons/hicolor/scalable/apps/tolv.svg \
             usr/share/icons/hicolor/48x48/apps/tolv.png usr/share/icons/hicolor/256x256/apps/tolv.png; do
   [[ -f $root/$file ]] || fail "the package lacks /$file"
