@@ -1,5 +1,7 @@
 #include "gui/main_window.h"
 
+#include "gui/desktop_notifier.h"
+#include "gui/help_viewer.h"
 #include "gui/input_line_widget.h"
 #include "gui/menu_bar_widget.h"
 #include "gui/popup_menu_widget.h"
@@ -20,7 +22,6 @@
 #include "gui/tab_strip_widget.h"
 
 #include <QBoxLayout>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -32,7 +33,6 @@
 #include <QStackedWidget>
 #include <QTimer>
 #include <QToolButton>
-#include <QUrl>
 
 #include <limits>
 
@@ -162,6 +162,8 @@ void MainWindow::ConnectModel() {
   connect(&ctx_.tabs, &TabBar::tabOpened, this, &MainWindow::OnTabOpened);
   connect(&ctx_.tabs, &TabBar::tabClosed, this, [this](TabId id, int) { OnTabClosed(id); });
   connect(&ctx_.tabs, &TabBar::currentChanged, this, &MainWindow::OnCurrentChanged);
+  connect(&ctx_.tabs, &TabBar::attentionWanted, this,
+          [this](int position, const QString& line) { NotifyUnlessActive(*this, ctx_, position, line); });
   connect(menu_, &MenuBarWidget::commandChosen, this, &MainWindow::RunCommand);
   connect(&ctx_.favorites, &FavoriteList::changed, this,
           [this] { menu_->ShowFavorites(ctx_.favorites.Sentences()); });
@@ -326,8 +328,10 @@ void MainWindow::RunCommand(int command) {
 
 void MainWindow::OpenHelp() {
   const QString file = QDir(GetInstallDir(ctx_.settings)).filePath(u"help/help.html"_s);
-  if (!QFileInfo::exists(file) || !QDesktopServices::openUrl(QUrl::fromLocalFile(file)))
+  if (!QFileInfo::exists(file))
     shell_.ShowMessage(u"ERROR!"_s, u"Can't open help file :-("_s);
+  else
+    OpenHelpPage(file, factor_, this);
 }
 
 void MainWindow::ShowAbout() {

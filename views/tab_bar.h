@@ -90,6 +90,9 @@ class TabBar : public QObject {
   void nickListChanged(TabId id);
   void eventSound(const QString& event);
   void balloonRequested(int position, const QString& line, quint32 colour);
+  // A line the user would want to hear of while looking elsewhere: a highlight or a
+  // private message (the front end may raise a desktop notification).
+  void attentionWanted(int position, const QString& line);
 
  private:
   const NickList* NickListOf(QStringView channel) const;
