@@ -71,7 +71,7 @@ TEST_F(WhisperActionsTest, ADamagedFileIsToldOnStatusOnce) {
   ctx.whispers.FindCompletions(u"/"_s, 2);
   EXPECT_EQ(StatusLines(), QStringList{u"* The whispers dictionary "_s + ctx.whispers.FilePath() +
                                        u" is damaged and left alone until it is flushed, or deleted before the next start"_s});
-  EXPECT_EQ(StatusColour(0), ctx.Colour(LineStyle::Info));
+  EXPECT_EQ(ctx.tabs.At(0)->lines->Line(0).colour, ctx.Colour(LineStyle::Info));
 }
 
 }  // namespace
