@@ -64,6 +64,10 @@ class FuzzShell : public Shell {
     ++calls;
     return entries.isEmpty() ? std::nullopt : std::optional<int>(0);
   }
+  DccChoice AskDccChat(const QString&) override { return ++calls, DccChoice::Cancel; }
+  DccChoice AskDccReceive(const QString&, QString&) override { return ++calls, DccChoice::Cancel; }
+  DccChoice AskDccExisting(const QString&, bool) override { return ++calls, DccChoice::Cancel; }
+  std::optional<DccSendChoice> AskDccSend(const QString&) override { return ++calls, std::nullopt; }
   void PlaySound(const QString&) override { ++calls; }
   void SetBusy(bool) override { ++calls; }
   void ShowConnectionState(bool) override { ++calls; }
