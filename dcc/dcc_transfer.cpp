@@ -75,6 +75,7 @@ void DccTransfer::Start(PumpPlan plan) {
       [this](PumpResult result) {
         QMetaObject::invokeMethod(this, [this, result] { Finished(result); }, Qt::QueuedConnection);
       });
+  emit changed();  // the record is complete now: its page can show it while it waits
 }
 
 void DccTransfer::Linked() {

@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kDefaultPacketIndex = 3;  // 4096
+constexpr int kButtonPadding = 16;
 
 QLabel* AddLabel(QVBoxLayout* layout, const QString& text, QWidget* buddy = nullptr) {
   auto* label = new QLabel(text);
@@ -96,6 +97,8 @@ DccQuestionDialog::DccQuestionDialog(const QString& title, const QString& text, 
   auto* box = new QDialogButtonBox;
   for (const auto& [label, choice] : buttons) {
     QPushButton* button = box->addButton(label, QDialogButtonBox::ActionRole);
+    // Three buttons side by side must fit a 240-pixel screen: as narrow as their text.
+    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(label) + kButtonPadding);
     buttons_.emplace_back(button, choice);
     connect(button, &QPushButton::clicked, this, [this, choice] {
       choice_ = choice;

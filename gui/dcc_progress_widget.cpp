@@ -45,10 +45,12 @@ DccProgressWidget::DccProgressWidget(DccEngine& engine, TabId tab, QWidget* pare
   auto* grid = new QGridLayout;
   grid->setColumnStretch(1, 1);
   int row = 0;
+  // Left-aligned values: an aligned item does not cap its column at its own width, so
+  // the fixed-width peer button leaves the long values the whole column.
   const auto addRow = [&](const QString& label, QWidget* value) {
     auto* name = new QLabel(label);
     grid->addWidget(name, row, 0);
-    grid->addWidget(value, row++, 1);
+    grid->addWidget(value, row++, 1, value == peer_ ? Qt::AlignLeft : Qt::Alignment());
     return name;
   };
   peer_ = new QToolButton;

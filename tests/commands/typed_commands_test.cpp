@@ -94,8 +94,6 @@ INSTANTIATE_TEST_SUITE_P(
         TypedCase{"Quote", {}, "Status", "/quote PRIVMSG x :raw  text", "PRIVMSG x :raw  text\n", {}},
         TypedCase{"QuoteAlone", {}, "Status", "/quote", "", {}},
         TypedCase{"DccAlone", {}, "Status", "/dcc", "", {u"Status|* /dcc: insufficient parameters|Info"_s}},
-        TypedCase{"DccWithoutEngine", {}, "Status", "/dcc chat bob", "",
-                  {u"Status|* DCC is not available in this version|Info"_s}},
         TypedCase{"Offline", kChannel, "#x", "/join #y", "",
                   {u"#x|* /join: not connected to server|Info"_s}, false, "", "", false}),
     [](const auto& info) { return std::string(info.param.name); });

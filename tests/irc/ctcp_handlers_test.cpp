@@ -172,15 +172,13 @@ INSTANTIATE_TEST_SUITE_P(
                  {}, {}, {}}),
     [](const auto& info) { return std::string(info.param.name); });
 
-const QString kOffer = u":bob!u@h PRIVMSG me :\1DCC SEND file.zip 3232235777 5000 1024\1"_s;
-const QString kOfferShown =
-    u"Status|* DCC offer from bob: SEND file.zip 3232235777 5000 1024 "
-    u"(not accepted: DCC is not available yet)|Info2"_s;
+const QString kOffer = u":bob!u@h PRIVMSG me :\1DCC SEND file.zip 3232235777 0 1024\1"_s;
+const QString kOfferShown = u"Status|* DCC SEND from bob refused: no address or port|Info2"_s;
 
 INSTANTIATE_TEST_SUITE_P(
     Dcc, CtcpTest,
     ::testing::Values(
-        CtcpCase{"OfferShownNothingAccepted", {}, {}, {}, {kOffer},
+        CtcpCase{"OfferWithoutPortRefused", {}, {}, {}, {kOffer},
                  {kOfferShown}, {}, {}},
         CtcpCase{"RequestWithoutArguments", {}, {}, {},
                  {u":bob!u@h PRIVMSG me :\1DCC CHAT\1"_s, u":bob!u@h PRIVMSG me :\1DCC \1"_s,
