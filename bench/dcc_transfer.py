@@ -7,7 +7,8 @@ private ngircd on 127.0.0.1.
 For each pair SENDER:RECEIVER the receiver takes files automatically; the sender offers
 one file of random bytes (Tolv in 8192-byte packets, through its send dialog's headless
 answer). The figure is MB/s (10^6 bytes) from the first received byte to the full size,
-as the received file's size shows it, and the file is compared afterwards. While Tolv
+as the received file's size shows it, and the file is compared afterwards. The second
+figure counts from the offer's command (for WeeChat, from its start: see WeeChat). While Tolv
 receives, its window thread's latency is sampled: a control line on standard input and
 the line it prints back, idle before the transfer and during it.
 
@@ -28,6 +29,7 @@ import tempfile
 import time
 
 ESC = "\x1b"
+WEECHAT_DELAY = 8  # seconds from WeeChat's start to its offer
 TOP = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 STARTED = []  # Popen objects and pids we own
 
@@ -86,6 +88,7 @@ class Tolv:
         STARTED.append(self.p)
         os.set_blocking(self.p.stdout.fileno(), False)
         self.out = b""
+        self.probes = 0
 
     def read(self):
         try:
@@ -100,9 +103,6 @@ class Tolv:
         self.p.stdin.write((line + "\n").encode())
         self.p.stdin.flush()
 
-    def online(self):
-        return b"Welcome" in self.read() or b" 001 " in self.out or b"MOTD" in self.out
-
     def send(self, nick, path):
         self.type("/dcc send " + nick)
         wait_for(lambda: b"Tolv DCC Sending" in self.read(), 10, "the send dialog")
@@ -110,11 +110,15 @@ class Tolv:
 
     def latency_ms(self):
         """One control line in, its answer out: the window thread's turnaround."""
-        marker = b"nicks\t#probe"
-        before = self.read().count(marker)
+        marker = b"no channel tab named #probe%d\n" % self.probes
+        self.probes += 1
         t = time.perf_counter()
-        self.type(ESC + "nicks #probe")
-        wait_for(lambda: self.read().count(marker) > before, 10, "a probe's answer")
+        self.type(ESC + "nicks #probe%d" % (self.probes - 1))
+        fd = self.p.stdout.fileno()
+        while marker not in self.read():
+            if time.perf_counter() - t > 10:
+                raise RuntimeError("a probe was not answered")
+            select.select([fd], [], [], 0.5)
         return (time.perf_counter() - t) * 1000
 
 
@@ -149,49 +153,45 @@ class Irssi:
     def type(self, line):
         os.write(self.fd, (line + "\r").encode())
 
-    def online(self):
-        return b"MOTD" in self.read() or b"motd" in self.out
-
     def send(self, nick, path):
         self.type("/dcc send %s %s" % (nick, path))
 
 
 class WeeChat:
-    def __init__(self, folder, nick, port, downloads):
+    """weechat-headless, which has no input of its own here (the fifo plugin is a separate
+    package): its offer is scheduled at start with /wait, well after both sides are online."""
+
+    def __init__(self, folder, nick, port, downloads, offer=None):
         self.home = os.path.join(folder, "weechat-" + nick)
         os.makedirs(self.home)
-        commands = ";".join([
+        commands = [
             "/set irc.server_default.nicks %s" % nick,
             "/set xfer.file.auto_accept_files on",
             "/set xfer.file.download_path %s" % downloads,
-            "/set fifo.file.enabled on",
-            "/set fifo.file.path %s/fifo" % self.home,
             "/server add b 127.0.0.1/%d -notls" % port,
-            "/connect b"])
-        self.p = subprocess.Popen(["weechat-headless", "--dir", self.home, "--run-command", commands],
+            "/connect b"]
+        if offer:
+            commands.append("/wait %d /command -buffer irc.server.b irc /dcc send %s %s" % (WEECHAT_DELAY, offer[0], offer[1]))
+        self.p = subprocess.Popen(["weechat-headless", "--dir", self.home, "--run-command", ";".join(commands)],
                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                   stderr=subprocess.DEVNULL, start_new_session=True)
         STARTED.append(self.p)
 
-    def online(self):
-        return os.path.exists(os.path.join(self.home, "fifo"))
-
     def send(self, nick, path):
-        with open(os.path.join(self.home, "fifo"), "w") as f:
-            f.write("irc.server.b */dcc send %s %s\n" % (nick, path))
+        pass  # scheduled at start
 
 
-def make_peer(kind, build, folder, nick, port, downloads):
+def make_peer(kind, build, folder, nick, port, downloads, offer=None):
     if kind == "tolv":
         return Tolv(build, folder, nick, port, downloads)
     if kind == "irssi":
         return Irssi(folder, nick, port, downloads)
-    return WeeChat(folder, nick, port, downloads)
+    return WeeChat(folder, nick, port, downloads, offer)
 
 
 def ison(port, nicks):
     with socket.create_connection(("127.0.0.1", port), timeout=5) as s:
-        s.sendall(b"NICK benchprobe\r\nUSER p 0 * :p\r\nISON %s\r\nQUIT\r\n" % " ".join(nicks).encode())
+        s.sendall(b"NICK dccprobe\r\nUSER p 0 * :p\r\nISON %s\r\nQUIT\r\n" % " ".join(nicks).encode())
         data = b""
         end = time.time() + 5
         while time.time() < end and b" 303 " not in data:
@@ -219,7 +219,8 @@ def run_pair(args, sender_kind, receiver_kind, source, source_digest):
         downloads = os.path.join(folder, "downloads")
         os.makedirs(downloads)
         receiver = make_peer(receiver_kind, args.build, folder, "dccrecv", port, downloads + "/")
-        sender = make_peer(sender_kind, args.build, folder, "dccsend", port, folder + "/unused/")
+        sender = make_peer(sender_kind, args.build, folder, "dccsend", port, folder + "/unused/",
+                           ("dccrecv", source))
         wait_for(lambda: ison(port, ["dccrecv", "dccsend"]), 30, "both clients online")
         time.sleep(1)  # the clients finish their own start (USERHOST, joins) first
         idle = [receiver.latency_ms() for _ in range(20)] if isinstance(receiver, Tolv) else []
@@ -227,7 +228,7 @@ def run_pair(args, sender_kind, receiver_kind, source, source_digest):
         size = os.path.getsize(source)
         issued = time.perf_counter()
         sender.send("dccrecv", source)
-        wait_for(lambda: os.path.exists(target) and os.path.getsize(target) > 0, 60, "the first byte")
+        wait_for(lambda: os.path.exists(target) and os.path.getsize(target) > 0, 60 + WEECHAT_DELAY, "the first byte")
         first = time.perf_counter()
         during = []
         while os.path.getsize(target) < size:
