@@ -21,6 +21,7 @@
 
 #include <cstring>
 #include <memory>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -74,6 +75,31 @@ int RunWindow(SettingsStore& store, bool connectAtStart) {
   return QApplication::exec();
 }
 
+constexpr const char* kNoShippedData =
+    "tolv: the shipped server list, sounds and help were not found; set TOLV_DATA to their folder\n";
+
+// --help and --version answer and end the program (status 0); an unknown option or a
+// stray argument is named and ends it with status 2, as other command-line tools do.
+std::optional<int> ReadCommandLine(QCommandLineParser& options, const QCoreApplication& app) {
+  options.setApplicationDescription(u"An IRC client for small touch screens and the desktop."_s);
+  const QCommandLineOption help = options.addHelpOption();
+  const QCommandLineOption version = options.addVersionOption();
+  options.addOption({u"headless"_s, u"Run without a window, on standard input and output."_s});
+  options.addOption({u"connect"_s, u"Connect to the selected server at start."_s});
+  QString problem;
+  if (!options.parse(app.arguments()))
+    problem = options.errorText();
+  else if (!options.positionalArguments().isEmpty())
+    problem = u"Unexpected argument '%1'."_s.arg(options.positionalArguments().constFirst());
+  if (!problem.isEmpty()) {
+    QTextStream(stderr) << "tolv: " << problem << "\nTry 'tolv --help' for the options.\n";
+    return 2;
+  }
+  if (options.isSet(help)) options.showHelp(0);
+  if (options.isSet(version)) options.showVersion();
+  return std::nullopt;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -84,18 +110,18 @@ int main(int argc, char** argv) {
   else
     app = std::make_unique<QCoreApplication>(argc, argv);
   QCoreApplication::setApplicationName(u"tolv"_s);
+  QCoreApplication::setApplicationVersion(QStringLiteral(TOLV_VERSION));
   if (auto* gui = qobject_cast<QApplication*>(app.get())) gui->setWindowIcon(AppIcon());
 
   QCommandLineParser options;
-  options.addHelpOption();
-  options.addOption({u"headless"_s, u"Run without a window, on standard input and output."_s});
-  options.addOption({u"connect"_s, u"Connect to the selected server at start."_s});
-  options.process(*app);
+  if (const auto status = ReadCommandLine(options, *app)) return *status;
 
   const QString home = SettingsStore::DefaultHomeDir();
   HomeLock lock(home);
   if (!lock.Acquire()) return RefuseSecondStart(headless, home, lock);
-  FillHomeFolder(home, ShippedDataFolder());
+  const QString shipped = ShippedDataFolder(QCoreApplication::applicationDirPath());
+  if (shipped.isEmpty()) QTextStream(stderr) << kNoShippedData;
+  FillHomeFolder(home, shipped);
   SettingsStore store(home);
   InitialiseDefaults(store);
 

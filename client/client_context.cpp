@@ -9,7 +9,10 @@
 using namespace Qt::StringLiterals;
 
 ClientContext::ClientContext(SettingsStore& store, Shell& userShell)
-    : settings(store), shell(userShell), tabs(store) {
+    : settings(store),
+      shell(userShell),
+      tabs(store),
+      whispers(store, [this](const QString& line) { PrintStatus(line, LineStyle::Info); }) {
   // The tab bar announces a new chat with the "query" sound; the settings pick the file.
   QObject::connect(&tabs, &TabBar::eventSound, &tabs,
                    [this](const QString& event) { PlayEventSound(*this, event); });

@@ -15,6 +15,7 @@
 #include "net/socket_transport.h"
 #include "views/line_style.h"
 #include "views/tab_bar.h"
+#include "whispers/whisper_dictionary.h"
 
 #include <QString>
 #include <functional>
@@ -47,6 +48,7 @@ class ClientContext : public SocketErrorSink, public DccLink {
   HighlightMatcher highlightMatcher;  // the highlight list, prepared
   InputHistory history;               // the input line's earlier lines
   FavoriteList favorites;             // the Favorites menu; the front end loads it
+  WhisperDictionary whispers;         // word completion; the front end prepares the file
   DccEngine dccEngine{settings, tabs, shell, *this};  // chats and transfers, tied to tabs
   DccStarter* dcc = &dccEngine;  // what the commands ask of DCC; tests may record it instead
   // Attached by the front end once it exists; commands cope without it.

@@ -1,6 +1,5 @@
 #include "client/home_folder.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -8,18 +7,23 @@
 
 using namespace Qt::StringLiterals;
 
-QString ShippedDataFolder() {
+QString ShippedDataFolder(const QString& programDir) {
+  // A folder counts only when it holds the server list: an empty or stale $TOLV_DATA
+  // must not hide the installed files.
+  const auto holdsData = [](const QString& dir) {
+    return !dir.isEmpty() && QFileInfo::exists(dir + u"/servers.txt"_s);
+  };
+  const QString installed = QDir::cleanPath(programDir + u"/../share/tolv"_s);
   const QString fromEnvironment = qEnvironmentVariable("TOLV_DATA");
-  if (!fromEnvironment.isEmpty()) return fromEnvironment;
-  if (QCoreApplication::instance()) {
-    const QString beside = QCoreApplication::applicationDirPath() + u"/data"_s;
-    if (QFileInfo(beside + u"/servers.txt"_s).exists()) return beside;
-  }
-  return QStringLiteral(TOLV_DATA_DIR);
+  const QString buildTree = programDir + u"/data"_s;
+  for (const QString& dir : {installed, fromEnvironment, buildTree})
+    if (holdsData(dir)) return dir;
+  return {};
 }
 
 QStringList FillHomeFolder(const QString& home, const QString& shipped) {
   QStringList copied;
+  if (shipped.isEmpty()) return copied;  // an empty path would mean the current folder
   const QDir source(shipped);
   QDirIterator it(shipped, QDir::Files, QDirIterator::Subdirectories);
   while (it.hasNext()) {

@@ -6,9 +6,11 @@
 #include <QString>
 #include <QStringList>
 
-// The folder the shipped files are taken from: $TOLV_DATA when set, else data/ beside
-// the executable, else the source tree's data/.
-QString ShippedDataFolder();
+// The folder the shipped files are taken from, found from the program's own folder so a
+// copied or installed program needs no path compiled in: share/tolv beside its bin/
+// (installed), else $TOLV_DATA when set, else data/ beside it (the build folder links
+// the source tree's data/ there). Empty when none has the server list.
+QString ShippedDataFolder(const QString& programDir);
 
 // Copies each shipped file missing from `home`; returns the files copied (relative).
 QStringList FillHomeFolder(const QString& home, const QString& shipped);

@@ -1,7 +1,9 @@
 #include "commands/submit_input.h"
 
+#include "commands/command_ids.h"
 #include "commands/command_parts.h"
 #include "commands/message_split.h"
+#include "commands/popup_actions.h"
 #include "dcc/dcc_starter.h"
 #include "settings/settings_store.h"
 
@@ -68,6 +70,13 @@ bool RunUserhost(ClientContext& ctx, const QString& text) {
   return false;
 }
 
+// "/j" is how irssi and HexChat users join.
+bool RunJoinShort(ClientContext& ctx, const QString& text) {
+  const qsizetype blank = text.indexOf(u' ');
+  ctx.SendToServer(u"join"_s + (blank < 0 ? QString() : text.sliced(blank)));
+  return false;
+}
+
 bool RunQuote(ClientContext& ctx, const QString& text) {
   const qsizetype blank = text.indexOf(u' ');
   if (blank >= 0) ctx.SendToServer(QStringView(text).sliced(blank + 1));
@@ -86,8 +95,11 @@ constexpr CommandRow kCommands[] = {
     {u"/kick", 3, nullptr},       {u"/away", 1, nullptr},   {u"/ison", 1, RunIson},
     {u"/userhost", 0, RunUserhost}, {u"/me", 0, RunMe},     {u"/msg", 0, RunMsg},
     {u"/notice", 2, RunNotice},   {u"/query", 0, RunQuery}, {u"/ping", 0, RunPing},
-    {u"/dcc", 0, RunDcc},         {u"/quote", 0, RunQuote},
+    {u"/dcc", 0, RunDcc},         {u"/quote", 0, RunQuote}, {u"/j", 0, RunJoinShort},
 };
+
+// Closing a tab needs no server: a chat or an offline channel closes at once.
+constexpr QStringView kCloseCommand = u"/close";
 
 }  // namespace
 
@@ -109,6 +121,10 @@ QString CommandLine(QStringView text, int trailingAfter) {
 
 bool RunCommand(ClientContext& ctx, const QString& text) {
   const QStringView word = CommandWord(text, 0);
+  if (word.compare(kCloseCommand, Qt::CaseInsensitive) == 0) {
+    RunTabMenuAction(ctx, kCmdCloseTab, ctx.tabs.Current());
+    return false;
+  }
   if (!IsConnected(ctx)) {
     PrintInCurrentTab(ctx, u"* "_s + word.toString() + u": not connected to server"_s,
                       ctx.Colour(LineStyle::Info));

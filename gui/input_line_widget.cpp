@@ -35,6 +35,8 @@ InputLineWidget::InputLineWidget(QWidget* parent) : QComboBox(parent) {
   lineEdit()->setContextMenuPolicy(Qt::DefaultContextMenu);
   // Choosing an earlier line puts it into the field for editing, not sending.
   connect(this, &QComboBox::textActivated, this, [this](const QString& text) { setEditText(text); });
+  // Typing starts the walk through the earlier lines afresh from the typed line.
+  connect(lineEdit(), &QLineEdit::textEdited, this, [this] { historyWalk_.Reset(); });
 }
 
 void InputLineWidget::SetHistory(QAbstractItemModel* history) {
@@ -70,6 +72,7 @@ void InputLineWidget::SetTextColour(quint32 colourRef) {
 }
 
 void InputLineWidget::Submit() {
+  historyWalk_.Reset();
   const QString text = currentText();
   clearEditText();
   if (!text.isEmpty()) emit submitted(text);
@@ -82,12 +85,42 @@ bool InputLineWidget::HandleKey(const QKeyEvent& key) {
     Submit();
     return true;
   }
+  // Tab never leaves the line: it is the completion key here, as in every IRC client.
+  if (key.key() == Qt::Key_Tab && !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier))) {
+    CompleteNick();
+    return true;
+  }
+  if ((key.key() == Qt::Key_Up || key.key() == Qt::Key_Down) && (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+    StepHistory(key.key() == Qt::Key_Up);
+    return true;
+  }
   const bool arrow = key.key() == Qt::Key_Left || key.key() == Qt::Key_Right;
   if (arrow && (lineEdit()->text().isEmpty() || key.modifiers() & Qt::AltModifier)) {
     emit stepTab(key.key() == Qt::Key_Left ? kLeftArrow : kRightArrow);
     return true;
   }
   return false;
+}
+
+void InputLineWidget::ShowLine(const QString& text, int caret) {
+  lineEdit()->setText(text);
+  lineEdit()->setCursorPosition(caret);
+}
+
+void InputLineWidget::CompleteNick() {
+  if (!tabCompletion_) return;
+  if (const std::optional<CompletedLine> line = tabCompletion_(lineEdit()->text(), lineEdit()->cursorPosition()))
+    ShowLine(line->text, int(line->caret));
+}
+
+// The same lines the drop-down shows, newest first.
+void InputLineWidget::StepHistory(bool older) {
+  QStringList entries;
+  for (int row = 0; model() && row < model()->rowCount(); ++row)
+    entries << model()->index(row, 0).data().toString();
+  const std::optional<QString> line =
+      older ? historyWalk_.Older(entries, lineEdit()->text()) : historyWalk_.Newer(entries);
+  if (line) ShowLine(*line, int(line->size()));
 }
 
 void InputLineWidget::keyPressEvent(QKeyEvent* event) {

@@ -1,10 +1,16 @@
 #pragma once
 // The input line: an editable drop-down of earlier lines. Enter hands the text on; the
 // arrows step through the tabs while the line is empty (Alt with an arrow always does),
-// so that the caret still moves through a typed line; a held press or right click opens
-// the edit menu.
+// so that the caret still moves through a typed line; Up and Down step through the
+// earlier lines, keeping the one being typed; Tab completes a nick; a held press or
+// right click opens the edit menu.
+
+#include "commands/history_walk.h"
+#include "whispers/nick_completion.h"
 
 #include <QComboBox>
+
+#include <functional>
 
 class QAbstractItemModel;
 
@@ -24,6 +30,9 @@ class InputLineWidget : public QComboBox {
   // The typed text's colour (0x00BBGGRR; 0 is the usual text colour), on the field's
   // own background.
   void SetTextColour(quint32 colourRef);
+  // What Tab does with the text and the caret: the completed line, or nothing to do.
+  using TabCompletion = std::function<std::optional<CompletedLine>(const QString& text, int caret)>;
+  void SetTabCompletion(TabCompletion completion) { tabCompletion_ = std::move(completion); }
 
  signals:
   void submitted(const QString& text);
@@ -38,6 +47,11 @@ class InputLineWidget : public QComboBox {
  private:
   bool HandleKey(const QKeyEvent& key);
   void Submit();
+  void CompleteNick();
+  void StepHistory(bool older);
+  void ShowLine(const QString& text, int caret);
 
   int factor_ = 1;
+  TabCompletion tabCompletion_;
+  HistoryWalk historyWalk_;
 };

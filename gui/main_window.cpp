@@ -1,11 +1,14 @@
 #include "gui/main_window.h"
 
 #include "gui/dcc_progress_widget.h"
+#include "gui/desktop_notifier.h"
+#include "gui/help_viewer.h"
 #include "gui/input_line_widget.h"
 #include "gui/menu_bar_widget.h"
 #include "gui/popup_menu_widget.h"
 #include "gui/splash_window.h"
 #include "gui/touch_targets_widget.h"
+#include "gui/whisper_attachment.h"
 #include "commands/command_ids.h"
 #include "commands/menu_commands.h"
 #include "commands/popup_actions.h"
@@ -16,10 +19,10 @@
 #include "settings/settings_store.h"
 #include "gui/color_text_widget.h"
 #include "views/line_style.h"
+#include "whispers/whisper_actions.h"
 #include "gui/tab_strip_widget.h"
 
 #include <QBoxLayout>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -31,7 +34,8 @@
 #include <QStackedWidget>
 #include <QTimer>
 #include <QToolButton>
-#include <QUrl>
+
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -133,6 +137,12 @@ void MainWindow::BuildWidgets() {
   bottom->setSpacing(0);
   input_ = new InputLineWidget(central);
   input_->SetHistory(&ctx_.history.Model());
+  inputWhispers_ = AttachWhispers(input_, ctx_, WhisperField::InputLine);
+  input_->SetTabCompletion([this](const QString& text, int caret) {
+    return nickCompleter_.Complete(text, caret, [this](QStringView prefix) {
+      return CompletingNicks(ctx_, prefix, std::numeric_limits<int>::max());
+    });
+  });
   tabMenuButton_ = new QToolButton(central);
   tabMenuButton_->setText(u"\u2630"_s);
   tabMenuButton_->setToolTip(u"Menu of this tab"_s);
@@ -155,6 +165,8 @@ void MainWindow::ConnectModel() {
   connect(&ctx_.tabs, &TabBar::tabOpened, this, &MainWindow::OnTabOpened);
   connect(&ctx_.tabs, &TabBar::tabClosed, this, [this](TabId id, int) { OnTabClosed(id); });
   connect(&ctx_.tabs, &TabBar::currentChanged, this, &MainWindow::OnCurrentChanged);
+  connect(&ctx_.tabs, &TabBar::attentionWanted, this,
+          [this](int position, const QString& line) { NotifyUnlessActive(*this, ctx_, position, line); });
   connect(menu_, &MenuBarWidget::commandChosen, this, &MainWindow::RunCommand);
   connect(&ctx_.favorites, &FavoriteList::changed, this,
           [this] { menu_->ShowFavorites(ctx_.favorites.Sentences()); });
@@ -171,6 +183,7 @@ void MainWindow::ConnectModel() {
     if (nickView_->isVisible()) ctx_.tabs.SetNickPaneWidth(ctx_.tabs.Current(), splitter_->sizes().value(1));
   });
   shell_.SetConnectionStateHandler([this](bool connected) { menu_->ShowConnected(connected); });
+  shell_.SetFieldHook([this](QLineEdit* field) { AttachWhispers(field, ctx_); });
   const auto followKeyboard = [this] {
     const QInputMethod* keyboard = QGuiApplication::inputMethod();
     FollowKeyboard(keyboard->keyboardRectangle(), keyboard->isVisible());
@@ -191,6 +204,7 @@ ColorTextWidget* MainWindow::TextViewOf(TabId tab) const {
 void MainWindow::FinishStart(bool connectAtStart) {
   ctx_.tabs.OpenTab(u"Status", TabKind::Status);
   ctx_.tabs.ActivateTab(0);
+  StartWhispers(ctx_);  // once Status is there to hear of a damaged dictionary
   input_->setFocus();
   if (TestOption(ctx_.settings, kOptSplash)) QTimer::singleShot(0, this, &MainWindow::ShowAbout);
   if (connectAtStart) session_.Connect();
@@ -285,6 +299,7 @@ void MainWindow::ShowNickPane(bool shown) {
 
 void MainWindow::OnSubmitted(const QString& text) {
   SubmitInputText(ctx_, text);
+  inputWhispers_->Close();
 }
 
 void MainWindow::ShowTabMenu(QPoint globalPos) {
@@ -332,8 +347,10 @@ void MainWindow::RunCommand(int command) {
 
 void MainWindow::OpenHelp() {
   const QString file = QDir(GetInstallDir(ctx_.settings)).filePath(u"help/help.html"_s);
-  if (!QFileInfo::exists(file) || !QDesktopServices::openUrl(QUrl::fromLocalFile(file)))
+  if (!QFileInfo::exists(file))
     shell_.ShowMessage(u"ERROR!"_s, u"Can't open help file :-("_s);
+  else
+    OpenHelpPage(file, factor_, this);
 }
 
 void MainWindow::ShowAbout() {

@@ -9,6 +9,7 @@
 #include "gui/shell_window.h"
 #include "net/session_control.h"
 #include "views/nick_list_model.h"
+#include "whispers/nick_completion.h"
 
 #include <QMainWindow>
 
@@ -24,6 +25,7 @@ class QStackedWidget;
 class QToolButton;
 class SettingsStore;
 class TabStripWidget;
+class WhisperAttachment;
 
 class MainWindow : public QMainWindow {
   Q_OBJECT
@@ -39,6 +41,7 @@ class MainWindow : public QMainWindow {
   SessionControl& Session() { return session_; }
   WindowShell& Shell() { return shell_; }
   InputLineWidget* InputLine() const { return input_; }
+  WhisperAttachment* InputWhispers() const { return inputWhispers_; }
   MenuBarWidget* Menu() const { return menu_; }
   QListView* NickView() const { return nickView_; }
   TabStripWidget* Strip() const { return strip_; }
@@ -87,6 +90,8 @@ class MainWindow : public QMainWindow {
   QStackedWidget* views_ = nullptr;
   QListView* nickView_ = nullptr;
   InputLineWidget* input_ = nullptr;
+  WhisperAttachment* inputWhispers_ = nullptr;
+  NickCompleter nickCompleter_;
   QToolButton* tabMenuButton_ = nullptr;
   QToolButton* nickToggle_ = nullptr;
   std::unordered_map<TabId, ColorTextWidget*> textViews_;

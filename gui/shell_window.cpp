@@ -77,6 +77,11 @@ void WindowShell::SetBeforeExecHook(std::function<void(QDialog*)> hook) {
   beforeExec_ = std::move(hook);
 }
 
+void WindowShell::PrepareField(QLineEdit* field) {
+  if (fieldFont_) field->setFont(*fieldFont_);
+  if (fieldHook_) fieldHook_(field);
+}
+
 int WindowShell::Run(QDialog& dialog) {
   FitForTouch(&dialog, factor_);
   if (beforeExec_) beforeExec_(&dialog);
@@ -106,7 +111,7 @@ bool WindowShell::AskYesNo(const QString& title, const QString& text) {
 std::optional<QString> WindowShell::AskText(const QString& title, const QString& label,
                                             const QString& initial, EmptyAnswer empty) {
   OneLinePromptDialog dialog(title, label, initial, empty, parent_);
-  if (fieldFont_) dialog.Field()->setFont(*fieldFont_);
+  PrepareField(dialog.Field());
   if (Run(dialog) != QDialog::Accepted) return std::nullopt;
   return dialog.Text();
 }
@@ -114,10 +119,8 @@ std::optional<QString> WindowShell::AskText(const QString& title, const QString&
 std::optional<std::pair<QString, QString>> WindowShell::AskTwoTexts(
     const QString& title, const QString& firstLabel, const QString& secondLabel) {
   TwoLinePromptDialog dialog(title, firstLabel, secondLabel, parent_);
-  if (fieldFont_) {
-    dialog.FirstField()->setFont(*fieldFont_);
-    dialog.SecondField()->setFont(*fieldFont_);
-  }
+  PrepareField(dialog.FirstField());
+  PrepareField(dialog.SecondField());
   if (Run(dialog) != QDialog::Accepted) return std::nullopt;
   return dialog.Texts();
 }

@@ -15,6 +15,7 @@
 #include <vector>
 
 class QDialog;
+class QLineEdit;
 class QSoundEffect;
 class QUrl;
 
@@ -55,6 +56,8 @@ class WindowShell : public Shell {
   void SetConnectionStateHandler(std::function<void(bool)> handler);
   // The prompts' fields use the input line's font when one is set.
   void SetFieldFont(const QFont& font);
+  // Called with every prompt field as its dialog is made (the window gives it whispers).
+  void SetFieldHook(std::function<void(QLineEdit*)> hook) { fieldHook_ = std::move(hook); }
   // Dialogs' texts and buttons are sized for a finger at this screen factor.
   void SetScaleFactor(int factor) { factor_ = factor; }
   // Called with every dialog just before it runs modally. Tests answer dialogs from
@@ -63,12 +66,14 @@ class WindowShell : public Shell {
 
  private:
   int Run(QDialog& dialog);
+  void PrepareField(QLineEdit* field);
   QSoundEffect* FreeSoundEffect(const QUrl& source);
 
   QPointer<QWidget> parent_;
   std::function<void(bool)> connectionStateHandler_;
   std::function<void(QDialog*)> beforeExec_;
   std::optional<QFont> fieldFont_;
+  std::function<void(QLineEdit*)> fieldHook_;
   int factor_ = 1;
   bool busy_ = false;
   // A few players, so that a join sound does not cut off the query sound before it.

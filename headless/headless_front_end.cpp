@@ -7,6 +7,7 @@
 #include "dcc/dcc_transfer.h"
 #include "favorites/favorite_commands.h"
 #include "views/output_path.h"
+#include "whispers/whisper_actions.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -215,6 +216,7 @@ HeadlessFrontEnd::~HeadlessFrontEnd() = default;
 void HeadlessFrontEnd::Start(bool connectAtStart) {
   ctx_.tabs.OpenTab(u"Status", TabKind::Status);
   ctx_.tabs.ActivateTab(0);
+  StartWhispers(ctx_);
   ctx_.favorites.SetFilePath(FavoritesPath(ctx_.settings));
   ctx_.favorites.Load();
   ::fcntl(STDIN_FILENO, F_SETFL, ::fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK);

@@ -67,7 +67,7 @@ void OnCtcpAction(ClientContext& ctx, const ServerMessage& message, QStringView 
   const QString line = u"* "_s + nick.toString() + u' ' + argument.toString();
   const LineStyle style = HighlightStyle(ctx, argument, LineStyle::Action);
   const int position = ConversationTabFor(ctx, message.target, nick);
-  PrintToTab(ctx.tabs, position, line, ctx.Colour(style));
+  PrintMessageLine(ctx, position, line, style);
 }
 
 void OnCtcpPingRequest(ClientContext& ctx, const ServerMessage& message) {

@@ -33,8 +33,7 @@ void OnPrivmsg(ClientContext& ctx, const ServerMessage& message) {
   const QString line = u"<"_s + nick.toString() + u"> "_s + message.rest;
   // The tab first: a new Chat tab's "query" sound comes before a highlight's sound.
   const int position = ConversationTabFor(ctx, message.target, nick);
-  const LineStyle style = HighlightStyle(ctx, message.rest, LineStyle::Normal);
-  PrintToTab(ctx.tabs, position, line, ctx.Colour(style));
+  PrintMessageLine(ctx, position, line, HighlightStyle(ctx, message.rest, LineStyle::Normal));
 }
 
 void OnNotice(ClientContext& ctx, const ServerMessage& message) {

@@ -4,6 +4,7 @@
 #include "irc/event_sound.h"
 #include "settings/settings_store.h"
 #include "settings/word_list.h"
+#include "views/output_path.h"
 
 
 // The lists are read at every test, so a change in the options applies at once; the
@@ -27,4 +28,11 @@ LineStyle HighlightStyle(ClientContext& ctx, QStringView text, LineStyle default
   if (!ContainsHighlightWord(ctx, text)) return defaultStyle;
   PlayEventSound(ctx, u"highlight");
   return LineStyle::Hlight;
+}
+
+void PrintMessageLine(ClientContext& ctx, int position, const QString& line, LineStyle style) {
+  PrintToTab(ctx.tabs, position, line, ctx.Colour(style));
+  const ConversationTab* tab = ctx.tabs.At(position);
+  if (style == LineStyle::Hlight || (tab && tab->kind == TabKind::Chat))
+    emit ctx.tabs.attentionWanted(position, line);
 }

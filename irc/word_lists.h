@@ -22,3 +22,7 @@ bool ContainsHighlightWord(ClientContext& ctx, QStringView text);
 // Hlight, after playing the "highlight" sound, when `text` contains a highlight word;
 // otherwise `defaultStyle`.
 LineStyle HighlightStyle(ClientContext& ctx, QStringView text, LineStyle defaultStyle);
+
+// Prints a message or action line; a highlighted one, or one in a Chat tab, also asks for
+// the user's attention (attentionWanted on the tab bar).
+void PrintMessageLine(ClientContext& ctx, int position, const QString& line, LineStyle style);

@@ -10,6 +10,7 @@ packages=(
   ngircd python3 irssi weechat-headless
   xvfb xdotool imagemagick fonts-dejavu-core
   clang libclang-rt-14-dev
+  dpkg-dev file desktop-file-utils appstream
 )
 
 missing=()

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs the whole test suite: once as built for users, then a short,
+# Sets up, builds and runs the whole test suite: once as built for users (and the Debian
+# package made from that build, unpacked and started), then a short,
 # repeatable run of every fuzz target, then the suite once more under AddressSanitizer,
 # UndefinedBehaviorSanitizer and LeakSanitizer, where any report fails its test.
 # TOLV_SKIP_SANITIZERS=1 skips the last two (for quick local checks).
@@ -9,6 +10,7 @@ top=$(cd "$(dirname "$0")/.." && pwd)
 
 "$top/scripts/build.sh"
 (cd "${TOLV_BUILD_DIR:-$top/build}" && ctest --output-on-failure --parallel "$(nproc)" --timeout 300)
+"$top/scripts/check-package.sh"
 
 [[ ${TOLV_SKIP_SANITIZERS:-0} == 1 ]] && exit 0
 # 20,000 inputs per target with a fixed seed; the time limit only guards against a stall.

@@ -17,7 +17,7 @@ constexpr SettingsKey M = SettingsKey::Main;
 constexpr SettingsKey S = SettingsKey::Sounds;
 
 // First-start values in the order they are written, then the always-values in theirs.
-constexpr std::array<SettingDefinition, 50> kDefinitions{{
+constexpr std::array<SettingDefinition, 51> kDefinitions{{
     {u"server", M, Dword, 4, FirstStart, 0, nullptr},
     {u"nick", M, String, 120, FirstStart, 0, nullptr},
     {u"alternick", M, String, 60, FirstStart, 0, nullptr},
@@ -67,6 +67,8 @@ constexpr std::array<SettingDefinition, 50> kDefinitions{{
     {u"EditFontName", M, String, 35, Always, 0, u"Tahoma"},
     {u"DCCpath", M, String, 250, Always, 0, nullptr},
     {u"mColors", M, Binary, 64, Always, 0, nullptr},
+    // Desktop notifications of highlights and private messages while the window is elsewhere.
+    {u"desk_notify", M, Dword, 4, Always, 1, nullptr},
     {u"dictpath", M, String, 125, Never, 0, nullptr},
 }};
 

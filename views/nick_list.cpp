@@ -139,3 +139,24 @@ const NickEntry& NickList::At(int position) const {
   Settle();
   return sorted_.at(static_cast<size_t>(position));
 }
+
+QStringList NickList::StartingWith(QStringView prefix, int limit) const {
+  Settle();
+  std::vector<QStringView> found;
+  for (NickRank rank : {NickRank::Operator, NickRank::Voiced, NickRank::Plain}) {
+    const QString key = SortKeyFor(rank, prefix);
+    int taken = 0;
+    for (int at = LowerBound(key); at < static_cast<int>(sorted_.size()) && taken < limit; ++at) {
+      const NickEntry& entry = sorted_[at];
+      if (!entry.sortKey.startsWith(key, Qt::CaseInsensitive)) break;
+      if (SortKeyFor(entry.rank, {}) != SortKeyFor(rank, {})) continue;  // a colliding key
+      found.push_back(Bare(entry.shown));
+      ++taken;
+    }
+  }
+  std::stable_sort(found.begin(), found.end(), KeyLess);
+  QStringList nicks;
+  for (size_t i = 0; i < found.size() && i < static_cast<size_t>(limit); ++i)
+    nicks << found[i].toString();
+  return nicks;
+}

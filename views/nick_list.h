@@ -37,6 +37,10 @@ class NickList {
 
   int Count() const;
   const NickEntry& At(int position) const;
+  // The nicks (without "@" or "+") that begin with `prefix`, ignoring case, in
+  // alphabetical order whatever their rank; at most `limit`. Each group is one range of
+  // the sorted list, so a channel of 100k nicks costs a binary search per group.
+  QStringList StartingWith(QStringView prefix, int limit) const;
 
   static NickEntry MakeEntry(QStringView nick);
   static NickEntry MakeEntry(NickRank rank, QStringView bareNick);

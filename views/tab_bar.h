@@ -32,6 +32,7 @@ class TabBar : public QObject {
   void SetClock(Clock clock) { clock_ = std::move(clock); }
   // 1 on a normal screen, 2 on a "VGA" screen: scales the nick pane's starting width.
   void SetScaleFactor(int factor) { scaleFactor_ = factor; }
+  int ScaleFactor() const { return scaleFactor_; }
 
   int Count() const { return static_cast<int>(tabs_.size()); }
   int Current() const { return current_; }
@@ -91,6 +92,9 @@ class TabBar : public QObject {
   void nickListChanged(TabId id);
   void eventSound(const QString& event);
   void balloonRequested(int position, const QString& line, quint32 colour);
+  // A line the user would want to hear of while looking elsewhere: a highlight or a
+  // private message (the front end may raise a desktop notification).
+  void attentionWanted(int position, const QString& line);
 
  private:
   const NickList* NickListOf(QStringView channel) const;

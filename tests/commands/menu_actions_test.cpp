@@ -4,7 +4,6 @@
 #include "commands/command_ids.h"
 #include "commands/menu_commands.h"
 #include "commands/popup_actions.h"
-#include "settings/word_list.h"
 #include "support/command_test_support.h"
 
 #include <gtest/gtest.h>
@@ -17,13 +16,12 @@ using Answer = std::optional<QString>;
 using Pair = std::pair<QString, QString>;
 
 struct MenuCase {
-  friend void PrintTo(const MenuCase& c, std::ostream* os) { *os << c.command; }
+  const char* name;
   int command;
   QStringList prompt;  // title, label(s)
-  std::vector<Answer> answers;
-  std::vector<std::optional<Pair>> pairs;
+  Answer answer;
   QByteArray sent;
-  bool quit = false;
+  std::optional<Pair> pair = {};
 };
 
 class MenuCommandTest : public ::testing::TestWithParam<MenuCase> {};
@@ -32,184 +30,82 @@ TEST_P(MenuCommandTest, AsksThenRunsTheLine) {
   const MenuCase& c = GetParam();
   CommandClient client({{"#x", TabKind::Channel}}, "#x");
   client.settings.SetString(u"quitmsg", u"See you", 501);
-  for (const Answer& answer : c.answers) client.shell.textAnswers << answer;
-  for (const auto& pair : c.pairs) client.shell.twoTextAnswers << pair;
-  EXPECT_EQ(RunMenuCommand(client.ctx, c.command), c.quit);
+  client.shell.textAnswers << c.answer;
+  client.shell.twoTextAnswers << c.pair;
+  EXPECT_EQ(RunMenuCommand(client.ctx, c.command), c.command == kCmdQuit && !c.sent.isEmpty());
   EXPECT_EQ(client.Sent(), c.sent);
-  if (c.prompt.size() == 3) {
-    ASSERT_EQ(client.shell.twoTextPrompts.size(), 1);
-    EXPECT_EQ(client.shell.twoTextPrompts.front(), c.prompt);
-  } else {
-    ASSERT_EQ(client.shell.prompts.size(), 1);
-    EXPECT_EQ(client.shell.prompts.front(), (FakeShell::Message{c.prompt[0], c.prompt[1]}));
-    EXPECT_EQ(client.shell.promptEmptyRules.front(),
-              c.command == kCmdQuit ? EmptyAnswer::Allowed : EmptyAnswer::Refused);
-  }
+  for (const FakeShell::Message& asked : client.shell.prompts) client.shell.twoTextPrompts << QStringList{asked.title, asked.text};
+  EXPECT_EQ(client.shell.twoTextPrompts, QList<QStringList>{c.prompt});
 }
+
+const QStringList kJoin{u"Join channel"_s, u"Enter channel to join:"_s};
+const QStringList kQuit{u"Quit IRC"_s, u"Enter a quit message:"_s};
 
 INSTANTIATE_TEST_SUITE_P(
     Table, MenuCommandTest,
     ::testing::Values(
-        MenuCase{kCmdJoin, {u"Join channel"_s, u"Enter channel to join:"_s}, {u"#y"_s}, {}, "JOIN #y\n"},
-        MenuCase{kCmdJoin, {u"Join channel"_s, u"Enter channel to join:"_s}, {std::nullopt}, {}, ""},
-        MenuCase{kCmdPart, {u"Part channel"_s, u"Enter channel to part:"_s}, {u"#x"_s}, {},
-                 "PART #x :Kelvane Tolv v1.4\n"},  // the default "partmsg"
-        MenuCase{kCmdList, {u"List channels"_s, u"Enter channel(s) comma's separated:"_s}, {u"#a,#b"_s}, {},
-                 "LIST #a,#b\n"},
-        MenuCase{kCmdNames, {u"List nicknames on channels"_s, u"Enter channel(s) comma's separated:"_s},
-                 {u"#a"_s}, {}, "NAMES #a\n"},
-        MenuCase{kCmdWhoisInput, {u"Whois input"_s, u"Enter nickname:"_s}, {u"bob"_s}, {}, "WHOIS bob\n"},
-        MenuCase{kCmdWhowas, {u"Whowas input"_s, u"Enter nickname:"_s}, {u"bob"_s}, {}, "WHOWAS bob\n"},
-        MenuCase{kCmdWho, {u"Who input"_s, u"Enter nick or channel:"_s}, {u"#x"_s}, {}, "WHO #x\n"},
-        MenuCase{kCmdNewNick, {u"Change nick"_s, u"Enter a new nick:"_s}, {u"newme"_s}, {}, "NICK newme\n"},
-        MenuCase{kCmdUserhost, {u"Userhost"_s, u"Enter up to 5 space separated nicks"_s}, {u"a b"_s}, {},
-                 "USERHOST a b\n"},
-        MenuCase{kCmdQuit, {u"Quit IRC"_s, u"Enter a quit message:"_s}, {u""_s}, {}, "QUIT :See you\n", true},
-        MenuCase{kCmdQuit, {u"Quit IRC"_s, u"Enter a quit message:"_s}, {u"bye all"_s}, {},
-                 "QUIT :bye all\n", true},
-        MenuCase{kCmdQuit, {u"Quit IRC"_s, u"Enter a quit message:"_s}, {std::nullopt}, {}, ""},
-        MenuCase{kCmdTopicInput, {u"Topic input"_s, u"Enter channel:"_s, u"Enter new topic:"_s}, {},
-                 {Pair{u"#x"_s, u"new topic"_s}}, "TOPIC #x :new topic\n"},
-        MenuCase{kCmdInvite, {u"Invite input"_s, u"Enter nickname:"_s, u"Enter channel:"_s}, {},
-                 {Pair{u"bob"_s, u"#x"_s}}, "INVITE bob #x\n"},
-        MenuCase{kCmdKickInput, {u"Kick input"_s, u"Enter channel:"_s, u"Enter nickname:"_s}, {},
-                 {Pair{u"#x"_s, u"bob"_s}}, "KICK #x bob\n"},
-        MenuCase{kCmdNoticeInput, {u"Notice input"_s, u"Enter nickname:"_s, u"Enter message:"_s}, {},
-                 {Pair{u"bob"_s, u"hi there"_s}}, "NOTICE bob :hi there\n"},
-        MenuCase{kCmdKickInput, {u"Kick input"_s, u"Enter channel:"_s, u"Enter nickname:"_s}, {},
-                 {std::nullopt}, ""}));
+        MenuCase{"Join", kCmdJoin, kJoin, u"#y"_s, "JOIN #y\n"},
+        MenuCase{"JoinCancelled", kCmdJoin, kJoin, std::nullopt, ""},
+        MenuCase{"PartWithDefaultPartmsg", kCmdPart, {u"Part channel"_s, u"Enter channel to part:"_s}, u"#x"_s,
+                 "PART #x :Kelvane Tolv v1.4\n"},
+        MenuCase{"Nick", kCmdNewNick, {u"Change nick"_s, u"Enter a new nick:"_s}, u"newme"_s, "NICK newme\n"},
+        MenuCase{"QuitEmptyTakesQuitmsg", kCmdQuit, kQuit, u""_s, "QUIT :See you\n"},
+        MenuCase{"QuitCancelled", kCmdQuit, kQuit, std::nullopt, ""},
+        MenuCase{"Topic", kCmdTopicInput, {u"Topic input"_s, u"Enter channel:"_s, u"Enter new topic:"_s}, {},
+                 "TOPIC #x :new topic\n", Pair{u"#x"_s, u"new topic"_s}},
+        MenuCase{"KickCancelled", kCmdKickInput, {u"Kick input"_s, u"Enter channel:"_s, u"Enter nickname:"_s}, {}, ""}),
 
-TEST(MenuCommands, PaletteResetOnlyAfterYes) {
-  CommandClient client;
-  const QByteArray changed(64, '\x11');
-  client.settings.SetBinary(u"mColors", changed);
-  client.shell.yesNoAnswers = {false, true};
-  QByteArray palette;
-  ResetColourPalette(client.ctx);
-  ASSERT_TRUE(client.settings.GetBinary(u"mColors", palette, 64));
-  EXPECT_EQ(palette, changed);
-  ResetColourPalette(client.ctx);
-  ASSERT_TRUE(client.settings.GetBinary(u"mColors", palette, 64));
-  EXPECT_EQ(palette, DefaultMircPalette());
-  EXPECT_EQ(client.shell.questions.back(),
-            (FakeShell::Message{u"MultiColors Reset"_s,
-                                u"Are you sure you want to reset to default the multicolor palette?"_s}));
-}
+    [](const auto& info) { return std::string(info.param.name); });
 
-// The nick list of #x, with alice shown as an operator.
-struct NickCase {
-  int command;
-  std::vector<Answer> answers;
-  QByteArray sent;
-  QStringList shown;
-};
-
-class NickListActionTest : public ::testing::TestWithParam<NickCase> {};
-
-TEST_P(NickListActionTest, SendsForTheNickWithoutItsRank) {
-  const NickCase& c = GetParam();
-  CommandClient client({{"#x", TabKind::Channel}}, "#x");
-  for (const Answer& answer : c.answers) client.shell.textAnswers << answer;
-  RunNickListAction(client.ctx, c.command, u"@alice");
-  EXPECT_EQ(client.Sent(), c.sent);
-  EXPECT_EQ(client.Shown(), c.shown);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, NickListActionTest,
-    ::testing::Values(
-        NickCase{kCmdOp, {}, "MODE #x +o alice\n", {}}, NickCase{kCmdDeop, {}, "MODE #x -o alice\n", {}},
-        NickCase{kCmdVoice, {}, "MODE #x +v alice\n", {}},
-        NickCase{kCmdDevoice, {}, "MODE #x -v alice\n", {}},
-        NickCase{kCmdKick, {}, "KICK #x alice\n", {}},
-        NickCase{kCmdKickReason, {u"go away"_s}, "KICK #x alice :go away\n", {}},
-        NickCase{kCmdKickReason, {std::nullopt}, "", {}},
-        NickCase{kCmdWhois, {}, "WHOIS alice\n", {}},
-        NickCase{kCmdPing, {}, "PRIVMSG alice :\x01PING 1700000000\x01\n", {u"#x|-> [alice] PING|Ping"_s}},
-        NickCase{kCmdNotice, {u"hi there"_s}, "NOTICE alice :hi there\n", {u"#x|-> -alice- hi there|Normal"_s}},
-        NickCase{kCmdIgnore, {}, "", {u"#x|* Added alice to ignore list|Info2"_s}},
-        NickCase{kCmdUnignore, {}, "", {u"#x|* Removed alice from ignore list|Info2"_s}},
-        NickCase{kCmdBan, {}, "WHOIS alice\n", {}},
-        NickCase{kCmdBanKickReason, {std::nullopt}, "", {}}));
-
-TEST(NickListActions, QueryUserhostAndIgnoreLeaveTheirState) {
-  CommandClient client({{"#x", TabKind::Channel}}, "#x");
-  RunNickListAction(client.ctx, kCmdIgnore, u"+bob");
-  EXPECT_EQ(ListContains(client.settings, u"bob", u"en_ignore", u"ignore"), 0);  // first word
-  RunNickListAction(client.ctx, kCmdUserhost, u"bob");
-  EXPECT_TRUE(client.ctx.userhostRequested);
-  RunNickListAction(client.ctx, kCmdQuery, u"bob");
-  EXPECT_EQ(client.ctx.tabs.At(client.ctx.tabs.Current())->name, u"bob"_s);
-  EXPECT_EQ(client.ctx.tabs.At(client.ctx.tabs.Current())->kind, TabKind::Chat);
-  EXPECT_EQ(client.Sent(), "USERHOST bob\n");
-}
-
-// The ban is set from the WHOIS reply's host, the prepared kick follows, and nothing of
-// that WHOIS is shown.
-TEST(NickListActions, BanKickWaitsForTheWhoisReply) {
+// The nick list of #x, "@alice" picked; a ban waits for the WHOIS reply's host, the
+// prepared kick follows, and only another nick's WHOIS is shown.
+TEST(NickListActions, SendForTheNickWithoutItsRank) {
+  const QStringList kWhois{u":irc.test 311 me alice ~a h.example * :A"_s, u":irc.test 318 me alice :End of WHOIS"_s};
   const struct {
     int command;
-    std::vector<Answer> answers;
-    QByteArray afterReply;
+    Answer answer;
+    QByteArray sent;
+    QStringList shown = {};
+    QStringList replies = {};
   } cases[] = {
-      {kCmdBan, {}, "MODE #x +b *!*@h.example\n"},
-      {kCmdBanKick, {}, "MODE #x +b *!*@h.example\nKICK #x alice\n"},
-      {kCmdBanKickReason, {u"flood"_s}, "MODE #x +b *!*@h.example\nKICK #x alice :flood\n"},
+      {kCmdOp, {}, "MODE #x +o alice\n"},
+      {kCmdKick, {}, "KICK #x alice\n"},
+      {kCmdWhois, {}, "WHOIS alice\n"},
+      {kCmdUserhost, {}, "USERHOST alice\n"},
+      {kCmdPing, {}, "PRIVMSG alice :\x01PING 1700000000\x01\n", {u"#x|-> [alice] PING|Ping"_s}},
+      {kCmdNotice, {u"hi there"_s}, "NOTICE alice :hi there\n", {u"#x|-> -alice- hi there|Normal"_s}},
+      {kCmdIgnore, {}, "", {u"#x|* Added alice to ignore list|Info2"_s}},
+      {kCmdBanKickReason, std::nullopt, ""},
+      {kCmdBan, {}, "WHOIS alice\nMODE #x +b *!*@h.example\n", {}, kWhois},
+      {kCmdBanKick, {}, "WHOIS alice\nMODE #x +b *!*@h.example\nKICK #x alice\n", {}, kWhois},
+      {kCmdBanKickReason, {u"flood"_s}, "WHOIS alice\nMODE #x +b *!*@h.example\nKICK #x alice :flood\n", {}, kWhois},
+      {kCmdBanKick, {}, "WHOIS alice\nKICK #x alice\n", {}, {u":irc.test 311 me ALICE"_s, u":irc.test 318 me alice :End"_s}},
+      {kCmdBan, {}, "WHOIS alice\nMODE #x +b *!*@h.example\n",
+       {u"Status|bob ~b@h * :B|Whois"_s, u"Status|End|Whois"_s},
+       QStringList{u":irc.test 311 me bob ~b h * :B"_s, u":irc.test 318 me bob :End"_s} + kWhois},
   };
   for (const auto& c : cases) {
     CommandClient client({{"#x", TabKind::Channel}}, "#x");
-    for (const Answer& answer : c.answers) client.shell.textAnswers << answer;
+    client.shell.textAnswers << c.answer;
     RunNickListAction(client.ctx, c.command, u"@alice");
-    EXPECT_EQ(client.Sent(), "WHOIS alice\n") << c.command;
-    client.Receive(u":irc.test 311 me alice ~a h.example * :Alice"_s);
-    client.Receive(u":irc.test 318 me alice :End of WHOIS list"_s);
-    EXPECT_EQ(client.Sent(), c.afterReply) << c.command;
-    EXPECT_EQ(client.Shown(), QStringList()) << c.command;
+    for (const QString& reply : c.replies) client.Receive(reply);
+    EXPECT_EQ(client.Sent(), c.sent) << c.command;
+    EXPECT_EQ(client.Shown(), c.shown) << c.command;
+    EXPECT_TRUE(client.ctx.pendingKickLine.isEmpty() && client.ctx.actionChannel.isEmpty()) << c.command;
   }
 }
 
-TEST(NickListActions, AnEarlierPendingKickIsKept) {
-  CommandClient client({{"#x", TabKind::Channel}}, "#x");
-  client.ctx.pendingKickLine = u"KICK #x carol"_s;
-  RunNickListAction(client.ctx, kCmdBanKick, u"alice");
-  EXPECT_EQ(client.ctx.pendingKickLine, u"KICK #x carol"_s);
-}
-
-struct ChannelCase {
-  int command;
-  QByteArray sent;
-};
-
-class ChannelModeItemTest : public ::testing::TestWithParam<ChannelCase> {};
-
-TEST_P(ChannelModeItemTest, SendsTheModeOfTheTabsChannel) {
+TEST(ChannelTabActions, ModeItemsSendTheModeOfTheTabsChannel) {
   CommandClient client({{"#x", TabKind::Channel}}, "Status");
-  RunChannelTabAction(client.ctx, GetParam().command, 1);
-  EXPECT_EQ(client.Sent(), GetParam().sent);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, ChannelModeItemTest,
-    ::testing::Values(ChannelCase{40401, "MODE #x +p\n"}, ChannelCase{40402, "MODE #x -p\n"},
-                      ChannelCase{40403, "MODE #x +s\n"}, ChannelCase{40404, "MODE #x -s\n"},
-                      ChannelCase{40405, "MODE #x +i\n"}, ChannelCase{40406, "MODE #x -i\n"},
-                      ChannelCase{40407, "MODE #x +t\n"}, ChannelCase{40408, "MODE #x -t\n"},
-                      ChannelCase{40409, "TOPIC #x\n"}, ChannelCase{40411, "MODE #x +n\n"},
-                      ChannelCase{40412, "MODE #x -n\n"}, ChannelCase{40413, "MODE #x +m\n"},
-                      ChannelCase{40414, "MODE #x -m\n"}, ChannelCase{40415, "MODE #x -l\n"},
-                      ChannelCase{40416, "MODE #x +l 5\n"}, ChannelCase{40417, "MODE #x +l 10\n"},
-                      ChannelCase{40418, "MODE #x +l 20\n"}, ChannelCase{40419, "MODE #x +l 50\n"},
-                      ChannelCase{40420, "MODE #x +l 100\n"}, ChannelCase{40422, "MODE #x -k\n"},
-                      ChannelCase{40423, "MODE #x +b\n"}));
-
-TEST(ChannelTabActions, PromptedItemsSendOnlyOnOk) {
-  CommandClient client({{"#x", TabKind::Channel}}, "#x");
-  client.shell.textAnswers = {u"sekrit"_s, std::nullopt, u"new words"_s, std::nullopt};
-  for (int command : {kCmdKeyOn, kCmdKeyOn, kCmdTopicChange, kCmdTopicChange})
+  client.shell.textAnswers = {u"new words"_s, u"sekrit"_s};
+  for (int command = kCmdFirstChannelMode; command <= kCmdFirstChannelMode + 22; ++command)
     RunChannelTabAction(client.ctx, command, 1);
-  EXPECT_EQ(client.Sent(), "MODE #x +k sekrit\nTOPIC #x :new words\n");
-  EXPECT_EQ(client.shell.prompts[0], (FakeShell::Message{u"Channel key"_s, u"Enter channel key:"_s}));
-  EXPECT_EQ(client.shell.prompts[2], (FakeShell::Message{u"Change topic to..."_s, u"Enter a new topic:"_s}));
+  EXPECT_EQ(client.shell.prompts, (QList<FakeShell::Message>{{u"Change topic to..."_s, u"Enter a new topic:"_s},
+                                                             {u"Channel key"_s, u"Enter channel key:"_s}}));
+  EXPECT_EQ(client.Sent(),
+            "MODE #x +p\nMODE #x -p\nMODE #x +s\nMODE #x -s\nMODE #x +i\nMODE #x -i\nMODE #x +t\nMODE #x -t\nTOPIC #x\n"
+            "TOPIC #x :new words\nMODE #x +n\nMODE #x -n\nMODE #x +m\nMODE #x -m\nMODE #x -l\nMODE #x +l 5\nMODE #x +l 10\n"
+            "MODE #x +l 20\nMODE #x +l 50\nMODE #x +l 100\nMODE #x +k sekrit\nMODE #x -k\nMODE #x +b\n");
 }
 
 TEST(ChannelTabActions, RemoveBanOffersTheServersListAndRemovesTheChoice) {
@@ -217,66 +113,39 @@ TEST(ChannelTabActions, RemoveBanOffersTheServersListAndRemovesTheChoice) {
   client.shell.listAnswers = {1};
   RunChannelTabAction(client.ctx, kCmdRemoveBan, 1);
   client.Receive(u":irc.test 367 me #x *!*@one alice 1700000000"_s);
-  client.Receive(u":irc.test 367 me #x *!*@two alice 1700000000"_s);
+  client.Receive(u":irc.test 367 me #X *!*@two alice"_s);
   client.Receive(u":irc.test 368 me #x :End of channel ban list"_s);
-  EXPECT_EQ(client.Sent(), "MODE #x +b\nMODE #x -b *!*@two\n");
-  ASSERT_EQ(client.shell.listPrompts.size(), 1);
-  EXPECT_EQ(client.shell.listPrompts.front(),
-            (FakeShell::ListPrompt{u"#x banlist"_s, u"Select ban to remove:"_s,
-                                   {u"*!*@one"_s, u"*!*@two"_s}, u"Remove"_s}));
-  EXPECT_TRUE(client.ctx.actionChannel.isEmpty());
-  EXPECT_TRUE(client.ctx.banList.empty());
+  EXPECT_EQ(client.Sent(), "MODE #x +b\nMODE #X -b *!*@two\n");
+  EXPECT_EQ(client.shell.listPrompts, (QList<FakeShell::ListPrompt>{{u"#x banlist"_s, u"Select ban to remove:"_s,
+                                                                     {u"*!*@one"_s, u"*!*@two"_s}, u"Remove"_s}}));
+  EXPECT_TRUE(client.ctx.actionChannel.isEmpty() && client.ctx.banList.empty());
   EXPECT_EQ(client.Shown(), QStringList());
 }
 
-TEST(ChannelTabActions, RemoveBanWithoutBansShowsAnEmptyChooser) {
-  CommandClient client({{"#x", TabKind::Channel}}, "#x");
-  RunChannelTabAction(client.ctx, kCmdRemoveBan, 1);
-  client.Receive(u":irc.test 368 me #x :End of channel ban list"_s);
-  ASSERT_EQ(client.shell.listPrompts.size(), 1);
-  EXPECT_TRUE(client.shell.listPrompts.front().entries.isEmpty());
-  EXPECT_EQ(client.Sent(), "MODE #x +b\n");
-}
-
-TEST(ChannelTabActions, CloseTabPartsWhenConnectedAndClosesWhenNot) {
-  CommandClient online({{"#x", TabKind::Channel}}, "#x");
-  online.settings.SetString(u"partmsg", u"Gone", 501);
-  RunChannelTabAction(online.ctx, kCmdCloseTab, 1);
-  EXPECT_EQ(online.Sent(), "PART #x :Gone\n");
-  EXPECT_EQ(online.ctx.tabs.Count(), 2);  // the server's PART closes it
-  CommandClient offline({{"#x", TabKind::Channel}}, "#x");
-  offline.Disconnect();
-  RunChannelTabAction(offline.ctx, kCmdCloseTab, 1);
-  EXPECT_EQ(offline.ctx.tabs.Count(), 1);
-}
-
-TEST(TabActions, ClearAndScrollWorkOnTheirOwnTab) {
-  CommandClient client({{"#x", TabKind::Channel}, {"bob", TabKind::Chat}}, "#x");
+// Clear and Scroll work on their own tab; closing a channel parts it while connected and
+// closes it only when not.
+TEST(TabActions, ViewChatStatusAndCloseItems) {
+  CommandClient client({{"#x", TabKind::Channel}, {"bob", TabKind::Chat}}, "bob");
+  client.settings.SetString(u"partmsg", u"Gone", 501);
   for (int position : {0, 1, 2}) PrintToTab(client.ctx.tabs, position, u"line", 1);
+  client.shell.textAnswers = {u"lunch"_s};
   RunChannelTabAction(client.ctx, kCmdClear, 1);
   RunChatTabAction(client.ctx, kCmdScrollOff, 2);
   RunStatusTabAction(client.ctx, kCmdScrollOff);
   RunStatusTabAction(client.ctx, kCmdScrollOn);
-  EXPECT_EQ(client.Shown(), (QStringList{u"Status|line|colour 1"_s, u"bob|line|colour 1"_s}));
-  EXPECT_TRUE(client.ctx.tabs.At(0)->followNewLines);
-  EXPECT_TRUE(client.ctx.tabs.At(1)->followNewLines);
-  EXPECT_FALSE(client.ctx.tabs.At(2)->followNewLines);
-}
-
-TEST(TabActions, ChatAndStatusItems) {
-  CommandClient client({{"bob", TabKind::Chat}}, "bob");
-  client.shell.textAnswers = {u"lunch"_s};
-  RunChatTabAction(client.ctx, kCmdIgnore, 1);
-  RunChatTabAction(client.ctx, kCmdWhois, 1);
   RunStatusTabAction(client.ctx, kCmdAway);
   RunStatusTabAction(client.ctx, kCmdUnaway);
-  RunUserAction(client.ctx, kCmdUnignore, u"bob");
-  EXPECT_EQ(client.Sent(), "WHOIS bob\nAWAY :lunch\nAWAY\n");
-  EXPECT_EQ(client.Shown(), (QStringList{u"Status|* Removed bob from ignore list|Info2"_s,
-                                         u"bob|* Added bob to ignore list|Info2"_s}));
+  EXPECT_EQ(client.Shown(), (QStringList{u"Status|line|colour 1"_s, u"bob|line|colour 1"_s}));
   EXPECT_EQ(client.shell.prompts.front(), (FakeShell::Message{u"Away information"_s, u"Enter text:"_s}));
-  RunChatTabAction(client.ctx, kCmdCloseTab, 1);
+  EXPECT_TRUE(client.ctx.tabs.At(0)->followNewLines && client.ctx.tabs.At(1)->followNewLines);
+  EXPECT_FALSE(client.ctx.tabs.At(2)->followNewLines);
+  RunChatTabAction(client.ctx, kCmdCloseTab, 2);
+  RunChannelTabAction(client.ctx, kCmdCloseTab, 1);
+  EXPECT_EQ(client.ctx.tabs.Count(), 2);  // the server's PART closes it
+  client.Disconnect();
+  RunChannelTabAction(client.ctx, kCmdCloseTab, 1);
   EXPECT_EQ(client.ctx.tabs.Count(), 1);
+  EXPECT_EQ(client.Sent(), "AWAY :lunch\nAWAY\nPART #x :Gone\n");
 }
 
 }  // namespace

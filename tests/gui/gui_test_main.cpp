@@ -1,5 +1,4 @@
-// The widget tests' entry: one QApplication for the whole run, made before any test, so
-// that widgets, fonts and the clipboard work under the offscreen platform.
+// One QApplication for the whole run, made before any test, on the offscreen platform.
 
 #include <QApplication>
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
-// Drives the real program through its headless front end against a real server.
+// The real program, headless, with a home of its own, against a real ngircd; a second
+// user speaks raw IRC from the test.
 
-#include "net/server_list.h"
 #include "support/ngircd_fixture.h"
+#include "support/raw_irc_user.h"
 #include "support/test_app.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -16,94 +16,168 @@ namespace {
 
 class HeadlessTolv : public ::testing::Test {
  protected:
-  void SetUp() override {
+  void Start(const QStringList& arguments) {
     TestApp();
     ASSERT_TRUE(server.Start());
-    QDir().mkpath(home.path());
-    QFile servers(home.path() + u"/servers.txt"_s);
-    ASSERT_TRUE(servers.open(QIODevice::WriteOnly));
-    servers.write("Test\t127.0.0.1\t" + QByteArray::number(server.Port()) + "\t\r\n");
-    servers.close();
+    WriteFile(u"servers.txt"_s, "Test\t127.0.0.1\t" + QByteArray::number(server.Port()) + "\t\r\n");
+    // Reconnecting is on, so that only the user's quit keeps the program offline.
+    WriteFile(u"settings.reg"_s,
+              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Kelvane\\Tolv]\n\"server\"=dword:00000000\n"
+              "\"nick\"=\"tolvbot\"\n\"email\"=\"me@home\"\n\"fullname\"=\"Tolv Bot\"\n\"tstamps\"=dword:00000000\n"
+              "\"snd_enable\"=dword:00000000\n\"Options\"=dword:00000008\n\"partmsg\"=\"Gone fishing\"\n");
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(u"TOLV_HOME"_s, home.path());
     tolv.setProcessEnvironment(env);
+    tolv.start(QStringLiteral(TOLV_BINARY), arguments);
+    ASSERT_TRUE(tolv.waitForStarted(5000));
   }
   void TearDown() override {
-    if (tolv.state() != QProcess::NotRunning) {
-      tolv.kill();
-      tolv.waitForFinished(2000);
-    }
+    tolv.closeWriteChannel();
+    if (!tolv.waitForFinished(3000)) tolv.kill();
+    tolv.waitForFinished(2000);
+  }
+  void WriteFile(const QString& name, const QByteArray& bytes) {
+    QFile file(home.path() + u'/' + name);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
   }
   void Type(const QByteArray& line) { tolv.write(line + '\n'); }
-  // Output lines seen so far; waits (bounded) until `line` is among them.
-  bool WaitForLine(const QString& line, int milliseconds = 8000) {
-    return RunUntil([&] {
-      output += QString::fromUtf8(tolv.readAllStandardOutput());
-      return output.split(u'\n').contains(line);
-    }, milliseconds);
+
+  // The complete lines the program has written so far.
+  const QStringList& Output() {
+    pending += QString::fromUtf8(tolv.readAllStandardOutput());
+    const qsizetype end = pending.lastIndexOf(u'\n');
+    if (end >= 0) output += pending.first(end).split(u'\n');
+    if (end >= 0) pending.remove(0, end + 1);
+    return output;
+  }
+  // Waits for `line` among the lines not yet matched, passing over the ones before it.
+  ::testing::AssertionResult Shows(const QString& line) {
+    qsizetype at = -1;
+    RunUntil([&] { return OtherLines(), (at = Output().indexOf(line, cursor)) >= 0; }, 15000);
+    if (at < 0)
+      return ::testing::AssertionFailure() << "not shown: " << line.toStdString() << "\nshown:\n"
+                                           << output.mid(cursor).join(u'\n').toStdString();
+    cursor = at + 1;
+    return ::testing::AssertionSuccess();
+  }
+  // The other user's lines so far; the server's pings are answered, or it would drop them.
+  QByteArrayList OtherLines() {
+    const QByteArrayList lines = other ? other->Lines() : QByteArrayList();
+    for (; answered < lines.size(); ++answered)
+      if (lines[answered].startsWith("PING ")) other->Send("PONG " + lines[answered].mid(5) + "\r\n");
+    return lines;
+  }
+  // Waits for a line from the program ending in `text` (a trailing colon is optional).
+  ::testing::AssertionResult Receives(const QByteArray& text) {
+    const auto plain = [](QByteArray line) { return line.replace(" :", " "); };
+    qsizetype at = -1;
+    RunUntil([&] {
+      const QByteArrayList lines = OtherLines();
+      for (qsizetype i = received; at < 0 && i < lines.size(); ++i)
+        if (lines[i].startsWith(":tolvbot!") && plain(lines[i]).endsWith(plain(text))) at = i;
+      return at >= 0;
+    }, 15000);
+    if (at < 0) return ::testing::AssertionFailure() << "not received: " << text.constData();
+    received = at + 1;
+    return ::testing::AssertionSuccess();
   }
 
   NgircdServer server;
   QTemporaryDir home;
   QProcess tolv;
-  QString output;
+  QString pending;
+  QStringList output;
+  qsizetype cursor = 0;
+  std::unique_ptr<RawIrcUser> other;
+  qsizetype answered = 0, received = 0;
 };
 
-TEST_F(HeadlessTolv, ConnectsTalksAndExitsAtTheEndOfInput) {
-  tolv.start(QStringLiteral(TOLV_BINARY), {u"--headless"_s, u"--connect"_s});
-  ASSERT_TRUE(tolv.waitForStarted(5000));
-  ASSERT_TRUE(WaitForLine(u"\x1bstate\tconnected"_s));
-  ASSERT_TRUE(WaitForLine(u"Status\t* Connecting to 127.0.0.1 (%1)"_s.arg(server.Port())));
-  ASSERT_TRUE(WaitForLine(u"Status\tEnd of MOTD command"_s)) << output.toStdString();
-
-  Type("hello");
-  EXPECT_TRUE(WaitForLine(u"Status\t* You're not on a channel"_s));
-  Type("\x1b" "answer ok x");
-  EXPECT_TRUE(WaitForLine(u"\x1b" "error\tno prompt is waiting"_s));
+TEST_F(HeadlessTolv, AConversationWithTypedAndMenuCommands) {
+  Start({u"--headless"_s, u"--connect"_s});
+  ASSERT_TRUE(Shows(u"Status\tWelcome to the Internet Relay Network tolvbot!~me@127.0.0.1"_s));
+  other = std::make_unique<RawIrcUser>(server.Port(), "other");
   Type("\x1btab nowhere");
-  EXPECT_TRUE(WaitForLine(u"\x1b" "error\tno tab named nowhere"_s));
-  Type("\x1bmenu 40009");
-  EXPECT_TRUE(WaitForLine(u"\x1b" "error\tmenu command 40009 is not available"_s));
-  Type("\x1bmenu 40101");
-  EXPECT_TRUE(WaitForLine(u"\x1bprompt\tJoin channel\tEnter channel to join:"_s));
-  Type("\x1b" "answer ok #menu");
-  EXPECT_TRUE(WaitForLine(u"#menu\t* Now talking in #menu"_s));
+  EXPECT_TRUE(Shows(u"\x1b" "error\tno tab named nowhere"_s));
+  Type("/join #c");
+  ASSERT_TRUE(Shows(u"#c\t* Now talking in #c"_s));
+  other->Send("JOIN #c\r\n");
+  ASSERT_TRUE(Shows(u"#c\t* other has joined #c"_s));
 
+  // {typed, or a menu command and the answers to its prompts; received; shown}
+  const struct {
+    QByteArrayList typed;
+    const char* received;
+    const char16_t* shown;
+  } steps[] = {
+      {{"hello   there "}, " PRIVMSG #c :hello   there", u"#c\t<tolvbot> hello   there"},
+      {{"/me waves"}, " PRIVMSG #c :\x01" "ACTION waves\x01", u"#c\t* tolvbot waves"},
+      {{"/msg other hi"}, " PRIVMSG other :hi", u"#c\t-> *other* hi"},
+      {{"/notice other psst, a secret"}, " NOTICE other :psst, a secret", u"#c\t-> -other- psst, a secret"},
+      {{"\x1bmenu 40307 other"}, " MODE #c +o other", u"#c\t* tolvbot sets mode: +o other"},
+      {{"\x1bmenu 40110", "\x1b" "answer ok #c", "\x1b" "answer ok #c\tnew topic words"},
+       " TOPIC #c :new topic words", u"#c\ttolvbot changes topic to 'new topic words'"},
+  };
+  for (const auto& step : steps) {
+    SCOPED_TRACE(step.typed.front().constData());
+    for (const QByteArray& line : step.typed) Type(line);
+    EXPECT_TRUE(Receives(step.received));
+    EXPECT_TRUE(Shows(QString::fromUtf16(step.shown)));
+  }
+  // The prompts the menu command asked, and the refusal of an answer with one text only.
+  for (const QString& line : {u"\x1bprompt\tTopic input\tEnter channel:\tEnter new topic:"_s,
+                              u"\x1b" "error\tOK needs both texts"_s})
+    EXPECT_EQ(output.count(line), line.contains(u"prompt"_s) ? 2 : 1) << line.toStdString();
+  other->Send("PRIVMSG #c :\x01" "ACTION waves back\x01\r\n");
+  EXPECT_TRUE(Shows(u"#c\t* other waves back"_s));
+  Type("\x1bnicks #c");
+  EXPECT_TRUE(Shows(u"\x1bnicks\t#c\t@other @tolvbot"_s));
+
+  // Ban/kick (reason) learns the address by a WHOIS the user never sees, then asks.
+  Type("\x1bmenu 40315 @other");
+  ASSERT_TRUE(Shows(u"\x1bprompt\tBan/kick reason\tEnter reason:"_s));
+  Type("\x1b" "answer ok flooding");
+  EXPECT_TRUE(Receives(" MODE #c +b *!*@127.0.0.1"));
+  EXPECT_TRUE(Receives(" KICK #c other :flooding"));
+  EXPECT_TRUE(Shows(u"#c\tother was kicked by tolvbot (flooding)"_s));
+  other->Send("JOIN #c\r\n");
+  EXPECT_TRUE(other->WaitFor(" 474 other #c "));  // banned from the channel
+  Type("\x1bmenu 40423");
+  EXPECT_TRUE(Shows(u"\x1blist\t#c banlist\tSelect ban to remove:\tRemove\t*!*@127.0.0.1"_s));
+  Type("\x1b" "answer pick 0");
+  EXPECT_TRUE(Shows(u"#c\t* tolvbot sets mode: -b *!*@127.0.0.1"_s));
+  other->Send("JOIN #c\r\n");
+  EXPECT_TRUE(Shows(u"#c\t* other has joined #c"_s));
+  for (const QString& line : output) EXPECT_FALSE(line.contains(u"End of WHOIS"_s)) << line.toStdString();
+
+  // A bare part takes "partmsg"; the server quotes the quit reason; no reconnect follows.
+  Type("/join #d");
+  ASSERT_TRUE(Shows(u"#d\t* Now talking in #d"_s));
+  other->Send("JOIN #d\r\n");
+  ASSERT_TRUE(Shows(u"#d\t* other has joined #d"_s));
+  Type("/part #c");
+  EXPECT_TRUE(Receives(" PART #c :Gone fishing"));
+  Type("/quit see you all");
+  EXPECT_TRUE(Receives(" QUIT :\"see you all\""));
+  EXPECT_TRUE(Shows(u"Status\t\"see you all\""_s));
+  EXPECT_TRUE(Shows(u"\x1bstate\tdisconnected"_s));
+  EXPECT_TRUE(Shows(u"Status\t* Disconnected"_s));
+  EXPECT_TRUE(Shows(u"#d\t* Disconnected"_s));
+  RunUntil([] { return false; }, 2500);  // a reconnect would start on the next poll tick
+  EXPECT_EQ(Output().size(), cursor) << Output().mid(cursor).join(u'\n').toStdString();
   tolv.closeWriteChannel();
-  ASSERT_TRUE(RunUntil([&] { return tolv.state() == QProcess::NotRunning; }, 5000));
-  output += QString::fromUtf8(tolv.readAllStandardOutput());
-  EXPECT_TRUE(output.endsWith(
-      u"\x1bstate\tdisconnected\nStatus\t* Disconnected\n#menu\t* Disconnected\n"_s))
-      << output.toStdString();
+  EXPECT_TRUE(tolv.waitForFinished(5000));
   EXPECT_EQ(tolv.exitCode(), 0);
 }
 
-TEST_F(HeadlessTolv, TheMenuCommandTogglesTheConnection) {
-  tolv.start(QStringLiteral(TOLV_BINARY), {u"--headless"_s});
-  ASSERT_TRUE(tolv.waitForStarted(5000));
-  Type("/join #x");
-  EXPECT_TRUE(WaitForLine(u"Status\t* /join: not connected to server"_s));
-  Type("\x1bmenu 40008");
-  ASSERT_TRUE(WaitForLine(u"Status\tEnd of MOTD command"_s));
-  Type("\x1bmenu 40008");  // the user's disconnect: closed on the next tick, no reconnect
-  EXPECT_TRUE(WaitForLine(u"Status\t* Disconnected"_s, 3000));
-  tolv.closeWriteChannel();
-  EXPECT_TRUE(RunUntil([&] { return tolv.state() == QProcess::NotRunning; }, 5000));
-}
-
-// Two processes on one home would undo each other's settings: the second one is turned
-// away before it writes anything.
+// A second process on the same home, headless or not, is turned away unwritten.
 TEST_F(HeadlessTolv, ASecondProcessOnTheSameHomeIsTurnedAway) {
-  tolv.start(QStringLiteral(TOLV_BINARY), {u"--headless"_s});
-  ASSERT_TRUE(tolv.waitForStarted(5000));
-  ASSERT_TRUE(RunUntil([&] { return QFile::exists(home.path() + u"/settings.reg"_s); }, 5000));
+  Start({u"--headless"_s});
   Type("/join #x");
-  ASSERT_TRUE(WaitForLine(u"Status\t* /join: not connected to server"_s));
+  ASSERT_TRUE(Shows(u"Status\t* /join: not connected to server"_s));
   QFile settings(home.path() + u"/settings.reg"_s);
-  ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
-  const QByteArray before = settings.readAll();
+  const QByteArray before = settings.open(QIODevice::ReadOnly) ? settings.readAll() : QByteArray();
   settings.close();
-
   for (const QStringList& arguments : {QStringList{u"--headless"_s}, QStringList{}}) {
     QProcess second;
     QProcessEnvironment env = tolv.processEnvironment();

@@ -1,8 +1,6 @@
 #pragma once
 // A Shell for tests: records every request the core makes and answers questions from
-// scripts the test fills beforehand. An empty script answers No / Cancel, so a test
-// that forgets to script a question sees the careful answer, and `calls` tells it what
-// was asked.
+// scripts filled beforehand; an empty script answers No / Cancel.
 
 #include "client/shell.h"
 
@@ -15,34 +13,28 @@
 class FakeShell : public Shell {
  public:
   struct Message {
-    QString title;
-    QString text;
+    QString title, text;
     bool operator==(const Message&) const = default;
   };
 
-  // Scripted answers, taken from the front one call at a time.
+  // Scripted answers, taken from the front; what the core asked for, in order.
   QList<bool> yesNoAnswers;
   QList<std::optional<QString>> textAnswers;  // nullopt: Cancel
   QList<std::optional<std::pair<QString, QString>>> twoTextAnswers;
   QList<std::optional<int>> listAnswers;
 
-  // What the core asked for, in order.
   QList<Message> messages;   // ShowMessage
   QList<Message> questions;  // AskYesNo
   QList<Message> prompts;    // AskText: title and label
-  QStringList promptInitials;  // AskText: the initial text
-  QList<EmptyAnswer> promptEmptyRules;  // AskText: whether OK took an empty field
   QList<QStringList> twoTextPrompts;    // AskTwoTexts: title, first label, second label
   struct ListPrompt {
-    QString title;
-    QString label;
+    QString title, label;
     QStringList entries;
     QString acceptText;
     bool operator==(const ListPrompt&) const = default;
   };
   QList<ListPrompt> listPrompts;
   QStringList sounds;
-  QList<bool> busyStates;
   QList<bool> connectionStates;
   QStringList calls;  // every call's name, in order: "ShowMessage", "AskYesNo", ...
 
@@ -58,11 +50,9 @@ class FakeShell : public Shell {
   }
 
   std::optional<QString> AskText(const QString& title, const QString& label,
-                                 const QString& initial, EmptyAnswer empty) override {
+                                 const QString&, EmptyAnswer) override {
     calls << QStringLiteral("AskText");
     prompts.append({title, label});
-    promptInitials << initial;
-    promptEmptyRules << empty;
     if (textAnswers.isEmpty()) return std::nullopt;
     return textAnswers.takeFirst();
   }
@@ -129,9 +119,8 @@ class FakeShell : public Shell {
     sounds << file;
   }
 
-  void SetBusy(bool busy) override {
+  void SetBusy(bool) override {
     calls << QStringLiteral("SetBusy");
-    busyStates.append(busy);
   }
 
   void ShowConnectionState(bool connected) override {

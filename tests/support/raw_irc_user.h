@@ -15,11 +15,8 @@ class RawIrcUser {
  public:
   // Connects to 127.0.0.1:`port`; with a nick, registers at once.
   explicit RawIrcUser(int port, const QByteArray& nick = {}) : fd_(::socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<quint16>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    connected = ::connect(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    sockaddr_in address{AF_INET, htons(static_cast<quint16>(port)), {htonl(INADDR_LOOPBACK)}, {}};
+    ::connect(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address);
     if (!nick.isEmpty()) Send("NICK " + nick + "\r\nUSER " + nick + " 0 * :" + nick + "\r\n");
   }
   ~RawIrcUser() { ::close(fd_); }
@@ -48,8 +45,6 @@ class RawIrcUser {
       if (line.endsWith('\r')) line.chop(1);
     return lines;
   }
-
-  bool connected = false;
 
  private:
   int fd_;

@@ -1,79 +1,68 @@
 #pragma once
-// A loopback TCP server for tests that need a real peer: it listens on 127.0.0.1 on a
-// port of the system's choice, accepts one client on a thread of its own, records every
-// byte that client sends, and says only what the test tells it to (so by default it is
-// a server that accepts and never speaks).
-//
-//   ScriptedServer server;
-//   ConnectResult c = ConnectToServer("127.0.0.1", server.Port(), 2s);
-//   server.Send("PING :irc.test\r\n");
-//   EXPECT_TRUE(server.WaitForBytes("PONG :irc.test\n"));
-//
-// Every wait is bounded, so a client that misbehaves fails the test instead of hanging
-// it. Once a client is accepted the listener is closed: a second connect is refused.
-// Call Send and CloseClient from one thread (the test's).
+// A loopback IRC server that says only what the test tells it: it listens on 127.0.0.1 on a
+// port of the system's choice, takes one client (a second connect is refused) and records
+// every byte the client sends. It runs on the test's thread; every wait is bounded and keeps
+// the event loop going, so a client in the same process is served meanwhile.
+
+#include "support/test_app.h"
 
 #include <QByteArray>
-#include <QByteArrayView>
 
-#include <chrono>
-#include <condition_variable>
-#include <functional>
-#include <mutex>
-#include <thread>
+#include <arpa/inet.h>
+#include <cerrno>
+#include <utility>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 class ScriptedServer {
  public:
-  static constexpr std::chrono::milliseconds kDefaultWait{2000};
-
-  ScriptedServer();
-  ~ScriptedServer();
+  ScriptedServer() : listener_(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address{AF_INET, 0, {htonl(INADDR_LOOPBACK)}, {}};
+    socklen_t size = sizeof address;
+    if (::bind(listener_, reinterpret_cast<sockaddr*>(&address), size) == 0 && ::listen(listener_, 4) == 0 &&
+        ::getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size) == 0)
+      port_ = ntohs(address.sin_port);
+  }
+  ~ScriptedServer() { ::close(listener_), ::close(client_); }
   ScriptedServer(const ScriptedServer&) = delete;
   ScriptedServer& operator=(const ScriptedServer&) = delete;
 
-  // The listening port; 0 when listening failed.
   int Port() const { return port_; }
-
-  bool WaitForClient(std::chrono::milliseconds timeout = kDefaultWait);
-  // Sends `bytes` to the client, waiting for it to connect first. False when no client
-  // came within `timeout` or the send failed.
-  bool Send(QByteArrayView bytes, std::chrono::milliseconds timeout = kDefaultWait);
-  // Closes our end of the connection: an orderly close (the client reads 0), or with
-  // `reset` an abort (the client's next read or send fails). Waits for the client first.
-  bool CloseClient(bool reset = false, std::chrono::milliseconds timeout = kDefaultWait);
-
-  // Everything received so far; Take also forgets it, so the next wait sees only what
-  // comes after.
-  QByteArray Received() const;
-  QByteArray TakeReceived();
-  // True as soon as `done` holds for what was received, false after `timeout`.
-  bool WaitForBytes(const std::function<bool(const QByteArray&)>& done,
-                    std::chrono::milliseconds timeout = kDefaultWait);
-  // True as soon as `expected` occurs in what was received.
-  bool WaitForBytes(QByteArrayView expected, std::chrono::milliseconds timeout = kDefaultWait);
-  // True once the client has closed its end (or the connection failed).
-  bool WaitForClientClose(std::chrono::milliseconds timeout = kDefaultWait);
+  const QByteArray& Received() { return Poll(), received_; }
+  bool WaitFor(QByteArrayView text, int ms = 3000) {
+    return RunUntil([&] { return Poll(), received_.contains(text); }, ms);
+  }
+  // True once the client has closed its end (or we did).
+  bool WaitForClose(int ms = 3000) { return RunUntil([&] { return Poll(), ended_; }, ms); }
+  bool Send(QByteArrayView bytes) {
+    return RunUntil([&] { return Poll(), client_ >= 0; }) &&
+           ::send(client_, bytes.data(), bytes.size(), MSG_NOSIGNAL) == bytes.size();
+  }
+  // An orderly close (the client reads 0), or with `reset` an abort (its next read fails).
+  void CloseClient(bool reset = false) {
+    RunUntil([&] { return Poll(), client_ >= 0; });
+    const linger abort{1, 0};  // a zero linger makes close send a reset
+    if (reset) ::setsockopt(client_, SOL_SOCKET, SO_LINGER, &abort, sizeof abort);
+    ::close(std::exchange(client_, -1));
+    ended_ = true;
+  }
 
  private:
-  void Run();
-  int AcceptClient();
-  void ServeClient(int client);
-  bool ReadFromClient(int client);
-  void CloseClientNow(int client, bool reset);
-  void Tell(char command);
+  void Poll() {
+    if (client_ < 0 && !ended_ && listener_ >= 0) {
+      client_ = ::accept4(listener_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+      if (client_ >= 0) ::close(std::exchange(listener_, -1));
+    }
+    char buffer[4096];
+    for (ssize_t n = 1; client_ >= 0 && !ended_ && n > 0;) {
+      n = ::recv(client_, buffer, sizeof buffer, 0);
+      if (n > 0) received_.append(buffer, n);
+      ended_ = n == 0 || (n < 0 && errno != EAGAIN && errno != EINTR);
+    }
+  }
 
-  int listener_ = -1;
-  int wakeRead_ = -1;   // the thread's pipe: 'c' close, 'r' reset, 'q' quit
-  int wakeWrite_ = -1;
-  int port_ = 0;
-
-  mutable std::mutex mutex_;  // guards what follows
-  std::condition_variable changed_;
-  int client_ = -1;
-  bool clientCame_ = false;
-  bool clientEnded_ = false;  // the client closed, or we did
+  int listener_ = -1, client_ = -1, port_ = 0;
+  bool ended_ = false;
   QByteArray received_;
-
-  std::mutex sendMutex_;  // a send and the closing of the client never overlap
-  std::thread thread_;
 };
