@@ -19,6 +19,10 @@ class NullShell : public Shell {
                                   const QString&) override {
     return std::nullopt;
   }
+  DccChoice AskDccChat(const QString&) override { return DccChoice::Cancel; }
+  DccChoice AskDccReceive(const QString&, QString&) override { return DccChoice::Cancel; }
+  DccChoice AskDccExisting(const QString&, bool) override { return DccChoice::Cancel; }
+  std::optional<DccSendChoice> AskDccSend(const QString&) override { return std::nullopt; }
   void PlaySound(const QString&) override {}
   void SetBusy(bool) override {}
   void ShowConnectionState(bool) override {}

@@ -1,6 +1,8 @@
 #include "client/client_context.h"
 
+#include "irc/dcc_ctcp.h"
 #include "irc/event_sound.h"
+#include "irc/word_lists.h"
 #include "settings/settings_store.h"
 #include "views/output_path.h"
 
@@ -33,3 +35,19 @@ void ClientContext::PrintStatus(QStringView text, LineStyle style) {
 }
 
 quint32 ClientContext::Colour(LineStyle style) const { return StyleColour(settings, style); }
+
+void ClientContext::SendDccRequest(const QString& nick, const DccRequest& request) {
+  ::SendDccRequest(*this, nick, request);
+}
+
+// Before registration the server has given us no nick yet; the one we asked for is ours.
+QString ClientContext::OwnNick() const {
+  if (!session.currentNick.isEmpty()) return session.currentNick;
+  QString nick;
+  settings.GetString(u"nick", nick, 120);
+  return nick;
+}
+
+bool ClientContext::IsIgnoredNick(QStringView nick) { return IsIgnored(*this, nick); }
+
+quint32 ClientContext::ServerSideAddress() const { return LocalAddress(session.serverSocket); }

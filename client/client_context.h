@@ -5,6 +5,8 @@
 
 #include "client/shell.h"
 #include "commands/input_history.h"
+#include "dcc/dcc_engine.h"
+#include "dcc/dcc_link.h"
 #include "favorites/favorite_list.h"
 #include "irc/notify_list.h"
 #include "irc/numeric_handlers.h"
@@ -18,11 +20,10 @@
 #include <QString>
 #include <functional>
 
-class DccStarter;
 class SettingsStore;
 class WordTeacher;
 
-class ClientContext : public SocketErrorSink {
+class ClientContext : public SocketErrorSink, public DccLink {
  public:
   ClientContext(SettingsStore& settings, Shell& shell);
 
@@ -48,8 +49,9 @@ class ClientContext : public SocketErrorSink {
   InputHistory history;               // the input line's earlier lines
   FavoriteList favorites;             // the Favorites menu; the front end loads it
   WhisperDictionary whispers;         // word completion; the front end prepares the file
-  // Attached by the front end once they exist; commands cope without them.
-  DccStarter* dcc = nullptr;
+  DccEngine dccEngine{settings, tabs, shell, *this};  // chats and transfers, tied to tabs
+  DccStarter* dcc = &dccEngine;  // what the commands ask of DCC; tests may record it instead
+  // Attached by the front end once it exists; commands cope without it.
   WordTeacher* wordTeacher = nullptr;
 
   // "* [N] Software caused connection abort" on Status in the Info colour; the connection
@@ -60,4 +62,10 @@ class ClientContext : public SocketErrorSink {
   // Writes a line on Status (position 0) in the style's colour.
   void PrintStatus(QStringView text, LineStyle style);
   quint32 Colour(LineStyle style) const;
+
+  // DCC's view of the IRC side.
+  void SendDccRequest(const QString& nick, const DccRequest& request) override;
+  QString OwnNick() const override;
+  bool IsIgnoredNick(QStringView nick) override;
+  quint32 ServerSideAddress() const override;
 };

@@ -13,6 +13,16 @@
 // Whether OK may confirm an empty field (only the quit prompt allows it).
 enum class EmptyAnswer { Refused, Allowed };
 
+// The buttons of the DCC questions.
+enum class DccChoice { Accept, Ignore, Cancel, Resume, Overwrite };
+
+// What the "Tolv DCC Sending" dialog hands back on "Send".
+struct DccSendChoice {
+  QString nick;
+  int packetSize = 4096;  // 512, 1024, 2048, 4096 or 8192
+  QString file;
+};
+
 class Shell {
  public:
   virtual ~Shell() = default;
@@ -33,6 +43,19 @@ class Shell {
   virtual std::optional<int> PickFromList(const QString& title, const QString& label,
                                           const QStringList& entries,
                                           const QString& acceptText) = 0;
+  // "Tolv DCC CHAT": "User <nick> is attempting to initiate a private chat session with
+  // you"; Accept, Ignore or Cancel.
+  virtual DccChoice AskDccChat(const QString& nick) = 0;
+  // "Tolv DCC Receiving": "User <nick> is attempting to send you a file" and the
+  // "Destination file:", which the user may change; Accept (with the destination then
+  // in `destination`), Ignore or Cancel.
+  virtual DccChoice AskDccReceive(const QString& nick, QString& destination) = 0;
+  // "File already exist" for `destination`: Resume (offered only when `canResume`),
+  // Overwrite or Cancel.
+  virtual DccChoice AskDccExisting(const QString& destination, bool canResume) = 0;
+  // "Tolv DCC Sending", pre-filled with the nick: "Nickname:", "Packet:", "Source file:";
+  // nullopt for Cancel.
+  virtual std::optional<DccSendChoice> AskDccSend(const QString& nick) = 0;
   // Plays a sound file without waiting; failures are ignored.
   virtual void PlaySound(const QString& file) = 0;
   // The wait cursor while something slow (resolving, connecting) runs.

@@ -32,7 +32,7 @@ bool RunQuery(ClientContext& ctx, const QString& text);
 bool RunPing(ClientContext& ctx, const QString& text);
 bool RunDcc(ClientContext& ctx, const QString& text);
 
-// DCC through the engine attached to the context; without one, a plain "not available".
+// DCC through the context's engine.
 void StartDccChatWith(ClientContext& ctx, const QString& nick);
 void OpenDccSendDialog(ClientContext& ctx, const QString& nick);
 // The "DCC Chat" prompt, then the chat.

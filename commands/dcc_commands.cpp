@@ -5,23 +5,9 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+void StartDccChatWith(ClientContext& ctx, const QString& nick) { ctx.dcc->StartChat(nick); }
 
-bool DccAvailable(ClientContext& ctx) {
-  if (ctx.dcc) return true;
-  PrintInCurrentTab(ctx, u"* DCC is not available in this version"_s, ctx.Colour(LineStyle::Info));
-  return false;
-}
-
-}  // namespace
-
-void StartDccChatWith(ClientContext& ctx, const QString& nick) {
-  if (DccAvailable(ctx)) ctx.dcc->StartChat(nick);
-}
-
-void OpenDccSendDialog(ClientContext& ctx, const QString& nick) {
-  if (DccAvailable(ctx)) ctx.dcc->OpenSendDialog(nick);
-}
+void OpenDccSendDialog(ClientContext& ctx, const QString& nick) { ctx.dcc->OpenSendDialog(nick); }
 
 bool AskAndStartDccChat(ClientContext& ctx) {
   const std::optional<QString> nick =
@@ -42,7 +28,7 @@ bool RunDcc(ClientContext& ctx, const QString& text) {
     const QString file = TextAfterWords(text, 3).toString();
     if (file.isEmpty()) {
       OpenDccSendDialog(ctx, nick);
-    } else if (DccAvailable(ctx)) {
+    } else {
       ctx.dcc->OfferFile(nick, file);
     }
     return false;

@@ -5,6 +5,7 @@
 #include "commands/command_parts.h"
 #include "commands/menu_commands.h"
 #include "commands/submit_input.h"
+#include "dcc/dcc_transfer.h"
 #include "settings/word_list.h"
 #include "views/output_path.h"
 
@@ -191,9 +192,24 @@ bool RunTabMenuAction(ClientContext& ctx, int command, int position) {
     case TabKind::Channel: RunChannelTabAction(ctx, command, position); return true;
     case TabKind::Chat: RunChatTabAction(ctx, command, position); return true;
     case TabKind::Status: RunStatusTabAction(ctx, command); return true;
-    case TabKind::DccChat: RunUserAction(ctx, command, tab->name); return true;
+    case TabKind::DccChat:
+      if (command == kCmdCloseTab) return ctx.dccEngine.CloseTab(tab->id), true;
+      RunUserAction(ctx, command, tab->name);
+      return true;
+    case TabKind::DccRecv:
+    case TabKind::DccSend: RunTransferTabAction(ctx, command, position); return true;
     default: return false;
   }
+}
+
+// The transfer's user menu: the peer's user items, Cancel and Close.
+void RunTransferTabAction(ClientContext& ctx, int command, int position) {
+  const ConversationTab* tab = ctx.tabs.At(position);
+  const DccTransfer* transfer = tab ? ctx.dccEngine.TransferOf(tab->id) : nullptr;
+  if (!transfer) return;
+  if (command == kCmdCancel) return ctx.dccEngine.CancelTransfer(tab->id);
+  if (command == kCmdCloseTab) return ctx.dccEngine.CloseTab(tab->id);
+  RunUserAction(ctx, command, transfer->nick);
 }
 
 void RunUserAction(ClientContext& ctx, int command, QStringView nick) {

@@ -20,6 +20,8 @@ void RunStatusTabAction(ClientContext& ctx, int command);
 bool RunTabMenuAction(ClientContext& ctx, int command, int position);
 // A nick shown outside the tabs (the DCC windows): the user items, answered on Status.
 void RunUserAction(ClientContext& ctx, int command, QStringView nick);
+// A transfer tab's menu: the peer's user items, Cancel (40116) and Close tab (40499).
+void RunTransferTabAction(ClientContext& ctx, int command, int position);
 
 // Called when a ban list the user asked for is complete: offers its masks and removes
 // the chosen one. Takes over `actionChannel` and empties the list in every case.

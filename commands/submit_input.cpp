@@ -17,11 +17,7 @@ constexpr int kReasonUnits = 500;
 void SayInCurrentTab(ClientContext& ctx, const QString& text) {
   TabKind kind = TabKind::Status;
   const std::optional<QString> name = ctx.tabs.CurrentTabName(&kind);
-  if (name && kind == TabKind::DccChat) {
-    if (ctx.dcc) return ctx.dcc->SayInChat(ctx.tabs.At(ctx.tabs.Current())->id, text);
-    return PrintInCurrentTab(ctx, u"* DCC is not available in this version"_s,
-                             ctx.Colour(LineStyle::Info));
-  }
+  if (name && kind == TabKind::DccChat) return ctx.dcc->SayInChat(ctx.tabs.At(ctx.tabs.Current())->id, text);
   if (!name || (kind != TabKind::Channel && kind != TabKind::Chat))
     return PrintInCurrentTab(ctx, u"* You're not on a channel", kNavy);
   if (!IsConnected(ctx)) return PrintInCurrentTab(ctx, u"* Not connected to server", kNavy);

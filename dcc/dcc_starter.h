@@ -1,7 +1,7 @@
 #pragma once
 // What the user's commands and menus ask of DCC: start a chat, offer a file, open the
-// send dialog, and say a line in an open DCC chat. The DCC engine implements it; the
-// commands reach it through the client context and say so plainly when there is none.
+// send dialog, and say a line in an open DCC chat. The context's DCC engine answers;
+// tests may put a recorder in its place.
 
 #include <QString>
 

@@ -32,6 +32,10 @@ struct FuzzShell : Shell {
   std::optional<int> PickFromList(const QString&, const QString&, const QStringList& entries, const QString&) override {
     return entries.isEmpty() ? std::nullopt : std::optional<int>(0);
   }
+  DccChoice AskDccChat(const QString&) override { return DccChoice::Cancel; }
+  DccChoice AskDccReceive(const QString&, QString&) override { return DccChoice::Cancel; }
+  DccChoice AskDccExisting(const QString&, bool) override { return DccChoice::Cancel; }
+  std::optional<DccSendChoice> AskDccSend(const QString&) override { return std::nullopt; }
   void PlaySound(const QString&) override {}
   void SetBusy(bool) override {}
   void ShowConnectionState(bool) override {}

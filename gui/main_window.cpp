@@ -1,5 +1,6 @@
 #include "gui/main_window.h"
 
+#include "gui/dcc_progress_widget.h"
 #include "gui/desktop_notifier.h"
 #include "gui/help_viewer.h"
 #include "gui/input_line_widget.h"
@@ -112,6 +113,8 @@ MainWindow::~MainWindow() {
   // The views watch the tab bar, which the context owns: they go first.
   for (auto& [id, view] : textViews_) delete view;
   textViews_.clear();
+  for (auto& [id, page] : transferPages_) delete page;
+  transferPages_.clear();
 }
 
 void MainWindow::BuildWidgets() {
@@ -188,6 +191,11 @@ void MainWindow::ConnectModel() {
   connect(QGuiApplication::inputMethod(), &QInputMethod::keyboardRectangleChanged, this, followKeyboard);
 }
 
+DccProgressWidget* MainWindow::TransferPageOf(TabId tab) const {
+  const auto found = transferPages_.find(tab);
+  return found == transferPages_.end() ? nullptr : found->second;
+}
+
 ColorTextWidget* MainWindow::TextViewOf(TabId tab) const {
   const auto found = textViews_.find(tab);
   return found == textViews_.end() ? nullptr : found->second;
@@ -241,7 +249,15 @@ void MainWindow::ApplyScale() {
   }
 }
 
-void MainWindow::OnTabOpened(TabId id, int) {
+// A file transfer's page is its progress window; every other tab shows text.
+void MainWindow::OnTabOpened(TabId id, int position) {
+  if (IsTransfer(ctx_.tabs.At(position)->kind)) {
+    auto* page = new DccProgressWidget(ctx_.dccEngine, id, views_);
+    connect(page, &DccProgressWidget::menuRequested, this, &MainWindow::ShowTabMenu);
+    transferPages_[id] = page;
+    views_->addWidget(page);
+    return;
+  }
   auto* view = new ColorTextWidget(ctx_.tabs, id, ctx_.settings, views_);
   view->SetTextFont(FontOf(ctx_.settings, u"TextFontName", fonts_.text));
   connect(view, &ColorTextWidget::menuRequested, this, &MainWindow::ShowTabMenu);
@@ -250,9 +266,11 @@ void MainWindow::OnTabOpened(TabId id, int) {
 }
 
 void MainWindow::OnTabClosed(TabId id) {
-  ColorTextWidget* view = TextViewOf(id);
+  QWidget* view = TextViewOf(id);
+  if (!view) view = TransferPageOf(id);
   if (!view) return;
   textViews_.erase(id);
+  transferPages_.erase(id);
   views_->removeWidget(view);
   view->deleteLater();
 }
@@ -261,6 +279,7 @@ void MainWindow::OnCurrentChanged(int position) {
   const ConversationTab* tab = ctx_.tabs.At(position);
   if (!tab) return;
   if (ColorTextWidget* view = TextViewOf(tab->id)) views_->setCurrentWidget(view);
+  if (DccProgressWidget* page = TransferPageOf(tab->id)) views_->setCurrentWidget(page);
   const bool channel = tab->kind == TabKind::Channel;
   nickModel_.ShowTab(channel ? tab->id : 0);
   nickToggle_->setVisible(channel);

@@ -16,6 +16,7 @@
 #include <unordered_map>
 
 class ColorTextWidget;
+class DccProgressWidget;
 class InputLineWidget;
 class MenuBarWidget;
 class QListView;
@@ -45,6 +46,7 @@ class MainWindow : public QMainWindow {
   QListView* NickView() const { return nickView_; }
   TabStripWidget* Strip() const { return strip_; }
   ColorTextWidget* TextViewOf(TabId tab) const;
+  DccProgressWidget* TransferPageOf(TabId tab) const;
   int ScaleFactor() const { return factor_; }
   const FontHeights& Fonts() const { return fonts_; }
 
@@ -93,6 +95,7 @@ class MainWindow : public QMainWindow {
   QToolButton* tabMenuButton_ = nullptr;
   QToolButton* nickToggle_ = nullptr;
   std::unordered_map<TabId, ColorTextWidget*> textViews_;
+  std::unordered_map<TabId, DccProgressWidget*> transferPages_;  // file-transfer tabs
   int factor_ = 0;
   FontHeights fonts_;
   bool nickPaneWanted_ = true;

@@ -102,7 +102,15 @@ QMenu* MakeTabMenu(TabKind kind, QWidget* parent, int factor) {
     case TabKind::Channel: FillChannelMenu(menu); break;
     case TabKind::Chat: FillChatMenu(menu); break;
     case TabKind::Status: FillStatusMenu(menu); break;
-    case TabKind::DccChat: AddUserItems(menu); break;
+    case TabKind::DccChat:  // menu 143
+      AddUserItems(menu);
+      Fill(menu, {{u"Close tab", kCmdCloseTab}});
+      break;
+    case TabKind::DccRecv:  // menu 130
+    case TabKind::DccSend:
+      AddUserItems(menu);
+      Fill(menu, {{u"Cancel", kCmdCancel}, {u"Close tab", kCmdCloseTab}});
+      break;
     default: break;
   }
   FitForTouch(menu, factor);

@@ -1,5 +1,6 @@
 #include "gui/shell_window.h"
 
+#include "gui/dcc_dialogs.h"
 #include "gui/prompt_dialog.h"
 #include "gui/touch_targets_widget.h"
 
@@ -130,6 +131,42 @@ std::optional<int> WindowShell::PickFromList(const QString& title, const QString
   ListPromptDialog dialog(title, label, entries, acceptText, parent_);
   if (Run(dialog) != QDialog::Accepted) return std::nullopt;
   return dialog.ChosenIndex();
+}
+
+// Closing a question without a button is its Cancel.
+DccChoice WindowShell::AskDccChat(const QString& nick) {
+  DccQuestionDialog dialog(u"Tolv DCC CHAT"_s,
+                           u"User "_s + nick + u" is attempting to initiate a private chat session with you"_s,
+                           {{u"Accept"_s, DccChoice::Accept}, {u"Ignore"_s, DccChoice::Ignore}, {u"Cancel"_s, DccChoice::Cancel}},
+                           nullptr, parent_);
+  return Run(dialog) == QDialog::Accepted ? dialog.Choice() : DccChoice::Cancel;
+}
+
+DccChoice WindowShell::AskDccReceive(const QString& nick, QString& destination) {
+  DccQuestionDialog dialog(u"Tolv DCC Receiving"_s, u"User "_s + nick + u" is attempting to send you a file"_s,
+                           {{u"Accept"_s, DccChoice::Accept}, {u"Ignore"_s, DccChoice::Ignore}, {u"Cancel"_s, DccChoice::Cancel}},
+                           &destination, parent_);
+  if (Run(dialog) != QDialog::Accepted) return DccChoice::Cancel;
+  if (dialog.Choice() == DccChoice::Accept) destination = dialog.Destination();
+  return dialog.Choice();
+}
+
+DccChoice WindowShell::AskDccExisting(const QString& destination, bool canResume) {
+  DccQuestionDialog::Buttons buttons = {{u"Overwrite"_s, DccChoice::Overwrite}, {u"Cancel"_s, DccChoice::Cancel}};
+  if (canResume) buttons.insert(buttons.begin(), {u"Resume"_s, DccChoice::Resume});
+  DccQuestionDialog dialog(u"Tolv DCC Receiving"_s, u"File already exist"_s + u'\n' + destination, buttons,
+                           nullptr, parent_);
+  return Run(dialog) == QDialog::Accepted ? dialog.Choice() : DccChoice::Cancel;
+}
+
+std::optional<DccSendChoice> WindowShell::AskDccSend(const QString& nick) {
+  DccSendDialog dialog(nick, parent_);
+  if (fieldFont_) {
+    dialog.NickField()->setFont(*fieldFont_);
+    dialog.FileField()->setFont(*fieldFont_);
+  }
+  if (Run(dialog) != QDialog::Accepted) return std::nullopt;
+  return dialog.Choice();
 }
 
 // A sound is a nicety: a missing or undecodable file, or a machine without audio,

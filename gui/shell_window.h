@@ -44,6 +44,10 @@ class WindowShell : public Shell {
   std::optional<int> PickFromList(const QString& title, const QString& label,
                                   const QStringList& entries,
                                   const QString& acceptText) override;
+  DccChoice AskDccChat(const QString& nick) override;
+  DccChoice AskDccReceive(const QString& nick, QString& destination) override;
+  DccChoice AskDccExisting(const QString& destination, bool canResume) override;
+  std::optional<DccSendChoice> AskDccSend(const QString& nick) override;
   void PlaySound(const QString& file) override;
   void SetBusy(bool busy) override;
   void ShowConnectionState(bool connected) override;

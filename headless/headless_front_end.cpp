@@ -4,11 +4,13 @@
 #include "commands/menu_commands.h"
 #include "commands/popup_actions.h"
 #include "commands/submit_input.h"
+#include "dcc/dcc_transfer.h"
 #include "favorites/favorite_commands.h"
 #include "views/output_path.h"
 #include "whispers/whisper_actions.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 
 #include <cerrno>
 #include <cstdio>
@@ -93,6 +95,64 @@ std::optional<int> HeadlessShell::PickFromList(const QString& title, const QStri
   return index;
 }
 
+QString HeadlessShell::WaitForButton(const QStringList& fields, const QStringList& buttons, QString* rest) {
+  while (true) {
+    const std::optional<QString> answer = WaitForAnswer(u"prompt"_s, fields);
+    if (!answer) return u"cancel"_s;
+    const QString word = answer->section(u' ', 0, 0);
+    if (rest) *rest = answer->section(u' ', 1);
+    if (word == u"ok"_s) return buttons.front();
+    if (buttons.contains(word)) return word;
+    Notice(u"error"_s, {u"answer "_s + buttons.join(u", "_s)});
+  }
+}
+
+DccChoice HeadlessShell::AskDccChat(const QString& nick) {
+  const QString button = WaitForButton(
+      {u"Tolv DCC CHAT"_s, u"User "_s + nick + u" is attempting to initiate a private chat session with you"_s},
+      {u"accept"_s, u"ignore"_s, u"cancel"_s});
+  if (button == u"accept"_s) return DccChoice::Accept;
+  return button == u"ignore"_s ? DccChoice::Ignore : DccChoice::Cancel;
+}
+
+// "accept" keeps the destination shown; "accept PATH" (or "ok PATH") chooses another.
+DccChoice HeadlessShell::AskDccReceive(const QString& nick, QString& destination) {
+  QString path;
+  const QString button = WaitForButton({u"Tolv DCC Receiving"_s, u"User "_s + nick + u" is attempting to send you a file"_s,
+                                        u"Destination file:"_s, destination},
+                                       {u"accept"_s, u"ignore"_s, u"cancel"_s}, &path);
+  if (button == u"ignore"_s) return DccChoice::Ignore;
+  if (button != u"accept"_s) return DccChoice::Cancel;
+  if (!path.isEmpty()) destination = path;
+  return DccChoice::Accept;
+}
+
+DccChoice HeadlessShell::AskDccExisting(const QString& destination, bool canResume) {
+  QStringList buttons = {u"overwrite"_s, u"cancel"_s};
+  if (canResume) buttons.prepend(u"resume"_s);
+  const QString button = WaitForButton({u"Tolv DCC Receiving"_s, u"File already exist"_s, destination}, buttons);
+  if (button == u"resume"_s) return DccChoice::Resume;
+  return button == u"overwrite"_s ? DccChoice::Overwrite : DccChoice::Cancel;
+}
+
+// "ok nick TAB packet TAB file": an empty nick keeps the one given, an empty packet 4096.
+std::optional<DccSendChoice> HeadlessShell::AskDccSend(const QString& nick) {
+  static const QList<int> kPackets = {512, 1024, 2048, 4096, 8192};
+  while (true) {
+    const std::optional<QString> answer =
+        WaitForAnswer(u"prompt"_s, {u"Tolv DCC Sending"_s, u"Nickname:"_s, u"Packet:"_s, u"Source file:"_s, nick});
+    if (!answer || !answer->startsWith(u"ok "_s)) return std::nullopt;
+    const QStringList fields = answer->mid(3).split(u'\t');
+    DccSendChoice choice;
+    choice.nick = fields.value(0).isEmpty() ? nick : fields.value(0);
+    choice.packetSize = fields.value(1).isEmpty() ? 4096 : fields.value(1).toInt();
+    choice.file = fields.value(2);
+    if (!choice.nick.isEmpty() && !choice.file.isEmpty() && kPackets.contains(choice.packetSize))
+      return choice;
+    Notice(u"error"_s, {u"Send needs a nick, a packet of 512, 1024, 2048, 4096 or 8192, and a file"_s});
+  }
+}
+
 void HeadlessShell::PlaySound(const QString& file) { Notice(u"sound"_s, {file}); }
 
 void HeadlessShell::ShowConnectionState(bool connected) {
@@ -133,6 +193,22 @@ HeadlessFrontEnd::HeadlessFrontEnd(SettingsStore& settings, QObject* parent)
     : QObject(parent), ctx_(settings, shell_), session_(ctx_) {
   connect(&ctx_.tabs, &TabBar::linesAppended, this,
           [this](TabId, int position) { PrintAppended(position); });
+  connect(&ctx_.dccEngine, &DccEngine::transferChanged, this, &HeadlessFrontEnd::ShowTransfer);
+  connect(&ctx_.tabs, &TabBar::tabClosed, this, [this](TabId tab, int) { transfersShown_.erase(tab); });
+}
+
+// A change of state or status at once, the bytes at most once a second.
+void HeadlessFrontEnd::ShowTransfer(TabId tab) {
+  const DccTransfer* transfer = ctx_.dccEngine.TransferOf(tab);
+  const int position = ctx_.tabs.FindTabByView(tab);
+  if (!transfer || position >= ctx_.tabs.Count()) return;
+  Shown& shown = transfersShown_[tab];
+  const qint64 now = QDateTime::currentMSecsSinceEpoch();
+  const int state = int(transfer->State());
+  if (shown.status == transfer->Status() && shown.state == state && now - shown.at < 1000) return;
+  shown = {transfer->Status(), state, now};
+  Notice(u"transfer"_s, {ctx_.tabs.At(position)->name, transfer->Status(), QString::number(transfer->Position()),
+                         QString::number(transfer->size)});
 }
 
 HeadlessFrontEnd::~HeadlessFrontEnd() = default;
@@ -218,6 +294,7 @@ void HeadlessFrontEnd::RunMenuCommand(int command, QStringView nick) {
       Notice(u"error"_s, {u"no favourite "_s + QString::number(command - kFirstFavoriteCommand)});
     return;
   }
+  if (command == kCmdCancel && RunTabMenuAction(ctx_, command, ctx_.tabs.Current())) return;
   if (command >= kCmdJoin && command <= kCmdUserhost && nick.isEmpty()) {
     ::RunMenuCommand(ctx_, command);
     return;

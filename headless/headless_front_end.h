@@ -14,6 +14,8 @@
 //                            prompt takes both texts, TAB between them)
 //   ESC "answer pick " index answer the waiting list with the entry at index (from 0)
 //   ESC "answer yes" / ESC "answer no" / ESC "answer cancel"
+//   ESC "answer " button [text]   a DCC question's button by its name in lower case
+//                            ("accept", "ignore", "resume", "overwrite"; "ok" is the first)
 // The program's own notices start with ESC too, then a word and TAB-separated fields:
 //   ESC "message" TAB title TAB text      a message box
 //   ESC "prompt" TAB title TAB label...   a question waits for an answer line
@@ -22,6 +24,7 @@
 //   ESC "state" TAB "connected" | "disconnected"
 //   ESC "insert" TAB text                 a favourite would go into the input line
 //   ESC "error" TAB text                  a control line could not be carried out
+//   ESC "transfer" TAB tab TAB status TAB bytes TAB size   a file transfer moved or changed
 
 #include "client/client_context.h"
 #include "client/shell.h"
@@ -32,6 +35,7 @@
 #include <QSocketNotifier>
 #include <QStringList>
 
+#include <map>
 #include <memory>
 
 class SettingsStore;
@@ -47,6 +51,10 @@ class HeadlessShell : public Shell {
                                                          const QString& secondLabel) override;
   std::optional<int> PickFromList(const QString& title, const QString& label,
                                   const QStringList& entries, const QString& acceptText) override;
+  DccChoice AskDccChat(const QString& nick) override;
+  DccChoice AskDccReceive(const QString& nick, QString& destination) override;
+  DccChoice AskDccExisting(const QString& destination, bool canResume) override;
+  std::optional<DccSendChoice> AskDccSend(const QString& nick) override;
   void PlaySound(const QString& file) override;
   void SetBusy(bool) override {}
   void ShowConnectionState(bool connected) override;
@@ -61,6 +69,9 @@ class HeadlessShell : public Shell {
 
  private:
   std::optional<QString> WaitForAnswer(const QString& kind, const QStringList& fields);
+  // The answer's first word, one of `buttons`, with the rest of the line in `rest`;
+  // another word is refused and the question asked again. "cancel" at the end of input.
+  QString WaitForButton(const QStringList& fields, const QStringList& buttons, QString* rest = nullptr);
   QByteArray pending_;
   QStringList deferred_;
 };
@@ -84,9 +95,16 @@ class HeadlessFrontEnd : public QObject {
   void PrintNicks(QStringView channel);
   void PrintAppended(int position);
   void EndOfInput();
+  void ShowTransfer(TabId tab);
 
   HeadlessShell shell_;
   ClientContext ctx_;
   SessionControl session_;
   std::unique_ptr<QSocketNotifier> input_;
+  struct Shown {
+    QString status;
+    int state = 0;
+    qint64 at = 0;  // milliseconds since the epoch
+  };
+  std::map<TabId, Shown> transfersShown_;
 };

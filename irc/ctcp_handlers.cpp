@@ -1,7 +1,7 @@
 #include "irc/ctcp_handlers.h"
 
 #include "client/client_context.h"
-#include "dcc/dcc_offer.h"
+#include "irc/dcc_ctcp.h"
 #include "irc/event_sound.h"
 #include "irc/message_handlers.h"
 #include "irc/message_prefix.h"
@@ -57,7 +57,7 @@ void OnCtcp(ClientContext& ctx, const ServerMessage& message) {
     else
       OnCtcpPingRequest(ctx, message);
   } else if (SameWord(ctcp->keyword, u"DCC")) {
-    HandleDccOffer(ctx, nick, ctcp->argument);
+    OnDccCtcp(ctx, nick, ctcp->argument);
   }
   // Every other keyword: no VERSION, TIME or other answer reveals anything about us.
 }

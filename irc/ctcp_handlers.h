@@ -26,7 +26,7 @@ std::optional<CtcpParts> ParseCtcp(QStringView rest);
 //   :bob!u@h PRIVMSG #room :\1ACTION waves\1   -> "* bob waves" in #room
 //   :bob!u@h PRIVMSG me :\1PING 12345\1        -> "NOTICE bob :\1PING 12345\1" sent back
 //   :bob!u@h NOTICE me :\1PING 1700000000\1    -> "[bob PING reply]: 3secs" on Status
-//   :bob!u@h PRIVMSG me :\1DCC SEND f 1 2 3\1  -> HandleDccOffer
+//   :bob!u@h PRIVMSG me :\1DCC SEND f 1 2 3\1  -> OnDccCtcp (irc/dcc_ctcp.h)
 void OnCtcp(ClientContext& ctx, const ServerMessage& message);
 
 // "* bob waves", highlighted like a message, in the channel or in bob's Chat tab.

@@ -1,6 +1,8 @@
 #include "irc/registration.h"
 
 #include "client/client_context.h"
+#include "dcc/dcc_text.h"
+#include "settings/settings_store.h"
 #include "irc/server_message.h"
 #include "settings/settings_flags.h"
 
@@ -19,14 +21,17 @@ bool IsAuthNotice(const ServerMessage& message) {
          message.target.compare(u"AUTH", Qt::CaseInsensitive) == 0;
 }
 
-// DCC offers carry our address. With "Auto" on, the server is asked what it sees of us;
-// its 302 answer then arrives while no USERHOST of the user's is pending and is taken as
-// the address. With the server look-up off, the DCC code takes the address from the
-// server socket instead, and no question goes to the server.
-void AskOwnAddress(ClientContext& ctx, const QString& nick) {
-  if (TestFlag(ctx.settings, u"DCC", kDccAutoAddress) &&
-      TestFlag(ctx.settings, u"DCC", kDccServerLookup))
-    ctx.SendToServer(u"USERHOST "_s + nick);
+// DCC offers carry our address ("LocalHost"). With "Auto" on it is learned: the server is
+// asked what it sees of us, and its 302 answer arrives while no USERHOST of the user's is
+// pending and is taken as the address; with the look-up set to "Normal" the address our
+// server connection leaves from is taken instead, and no question goes to the server.
+void LearnOwnAddress(ClientContext& ctx, const QString& nick) {
+  if (!TestFlag(ctx.settings, u"DCC", kDccAutoAddress)) return;
+  if (TestFlag(ctx.settings, u"DCC", kDccServerLookup)) return ctx.SendToServer(u"USERHOST "_s + nick);
+  const quint32 address = LocalAddress(ctx.session.serverSocket);
+  if (address == 0) return;
+  const QString dotted = DottedAddress(address);
+  ctx.settings.SetString(u"LocalHost", dotted, int(dotted.size()) + 1);
 }
 
 }  // namespace
@@ -51,7 +56,7 @@ void RegistrationComplete(ClientContext& ctx, const QString& firstParameter) {
   ctx.session.requestedNick.clear();
   const QString& nick = ctx.session.currentNick;
 
-  AskOwnAddress(ctx, nick);
+  LearnOwnAddress(ctx, nick);
   if (TestOption(ctx.settings, kOptInvisible)) ctx.SendToServer(u"MODE "_s + nick + u" +i"_s);
   if (TestOption(ctx.settings, kOptRejoinOnConnect))
     ctx.tabs.RejoinChannels([&ctx](const QString& line) { ctx.SendToServer(line); });

@@ -290,3 +290,37 @@ QByteArray PeerAddress(int socket) {
   if (inet_ntop(AF_INET, &peer.sin_addr, dotted, sizeof dotted) == nullptr) return {};
   return QByteArray(dotted);
 }
+
+quint32 LocalAddress(int socket) {
+  sockaddr_in local{};
+  socklen_t size = sizeof local;
+  if (socket == kNoSocket || getsockname(socket, reinterpret_cast<sockaddr*>(&local), &size) != 0 ||
+      local.sin_family != AF_INET)
+    return 0;
+  return ntohl(local.sin_addr.s_addr);
+}
+
+int StartConnect(quint32 address, int port) {
+  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, IPPROTO_TCP);
+  if (fd < 0) return kNoSocket;
+  const sockaddr_in target = Ipv4(in_addr{htonl(address)}, port);
+  if (connect(fd, reinterpret_cast<const sockaddr*>(&target), sizeof target) == 0 ||
+      errno == EINPROGRESS || errno == EINTR)
+    return fd;
+  const int failure = errno;
+  close(fd);
+  errno = failure;
+  return kNoSocket;
+}
+
+int ConnectError(int socket) {
+  int failure = 0;
+  socklen_t size = sizeof failure;
+  if (getsockopt(socket, SOL_SOCKET, SO_ERROR, &failure, &size) != 0) failure = errno;
+  if (failure == 0) {
+    sockaddr_in peer{};
+    socklen_t peerSize = sizeof peer;  // writable but not connected: the connect failed
+    if (getpeername(socket, reinterpret_cast<sockaddr*>(&peer), &peerSize) != 0) failure = ENOTCONN;
+  }
+  return failure == 0 ? 0 : WinsockErrorNumber(failure);
+}

@@ -70,3 +70,12 @@ int ListenAndAccept(quint32 address, int& port, std::chrono::microseconds timeou
 
 // The peer's IPv4 address in dotted form, empty when unknown.
 QByteArray PeerAddress(int socket);
+// The IPv4 address this end of a connected socket has, host order; 0 when unknown.
+quint32 LocalAddress(int socket);
+
+// Starts connecting a non-blocking socket to `address` (host order) and `port` without
+// waiting: the socket turns writable when the connect is over, and ConnectError then
+// tells how it went. -1 when it failed at once (errno tells why).
+int StartConnect(quint32 address, int port);
+// 0 once connected, else the Winsock number of the failure.
+int ConnectError(int socket);

@@ -7,7 +7,7 @@ packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-multimedia-dev qt6-svg-dev libgl-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  ngircd python3
+  ngircd python3 irssi weechat-headless
   xvfb xdotool imagemagick fonts-dejavu-core
   clang libclang-rt-14-dev
   dpkg-dev file desktop-file-utils appstream

@@ -77,6 +77,10 @@ int TabBar::OpenTab(QStringView name, TabKind kind) {
     const int existing = FindTab(name, kind);
     if (existing >= 0) return existing;
   }
+  return AddTab(name, kind);
+}
+
+int TabBar::AddTab(QStringView name, TabKind kind) {
   auto tab = std::make_unique<ConversationTab>();
   tab->id = nextId_++;
   tab->kind = kind;

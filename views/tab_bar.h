@@ -48,6 +48,8 @@ class TabBar : public QObject {
   NickList* ChannelNickList(QStringView channel);
 
   int OpenTab(QStringView name, TabKind kind);
+  // A new tab even when one of that name and kind exists (a second transfer of a file).
+  int AddTab(QStringView name, TabKind kind);
   void ActivateTab(int position);
   void StepTab(int keyCode);  // 37 left arrow, 39 right arrow
   void CloseTabAt(int position);

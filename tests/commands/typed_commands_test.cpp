@@ -72,7 +72,6 @@ INSTANTIATE_TEST_SUITE_P(
         TypedCase{"Userhost", {}, "/USERHOST alice", "USERHOST alice\n"},
         TypedCase{"Quote", {}, "/quote PRIVMSG x :raw  text", "PRIVMSG x :raw  text\n"},
         TypedCase{"DccAlone", {}, "/dcc", "", {u"Status|* /dcc: insufficient parameters|Info"_s}},
-        TypedCase{"DccWithoutEngine", {}, "/dcc chat bob", "", {u"Status|* DCC is not available in this version|Info"_s}},
         TypedCase{"Offline", kChannel, "/join #y", "", {u"#x|* /join: not connected to server|Info"_s}, "", "", false}),
     [](const auto& info) { return std::string(info.param.name); });
 

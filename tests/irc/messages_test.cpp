@@ -79,9 +79,8 @@ INSTANTIATE_TEST_SUITE_P(
                                     u":bob!u@h NOTICE me :\1PING 12x\1"_s, u":bob!u@h NOTICE me :\1PING \1"_s},
                     {u"Status|[bob PING reply]: 3secs|Ping"_s, u"Status|[bob PING reply]: 1700000008secs|Ping"_s,
                      u"Status|[bob PING reply]: -9223372035154775804secs|Ping"_s}},
-        MessageCase{"DccOfferShownNotAccepted", {u":bob!u@h PRIVMSG me :\1DCC SEND file.zip 3232235777 5000 1024\1"_s},
-                    {u"Status|* DCC offer from bob: SEND file.zip 3232235777 5000 1024 "
-                     u"(not accepted: DCC is not available yet)|Info2"_s}}),
+        MessageCase{"DccOfferWithoutPortRefused", {u":bob!u@h PRIVMSG me :\1DCC SEND file.zip 3232235777 0 1024\1"_s},
+                    {u"Status|* DCC SEND from bob refused: no address or port|Info2"_s}}),
     [](const auto& info) { return std::string(info.param.name); });
 
 }  // namespace

@@ -74,6 +74,46 @@ class FakeShell : public Shell {
     return listAnswers.takeFirst();
   }
 
+  // DCC questions: scripted answers (an empty script answers Cancel) and what was asked,
+  // as "chat bob", "receive bob <destination>", "existing <destination> resume|no-resume",
+  // "send bob".
+  QList<DccChoice> dccChatAnswers;
+  QList<DccChoice> dccReceiveAnswers;
+  QStringList dccReceiveDestinations;  // taken with each Accept; empty keeps the proposal
+  QList<DccChoice> dccExistingAnswers;
+  QList<std::optional<DccSendChoice>> dccSendAnswers;
+  QStringList dccAsked;
+
+  DccChoice AskDccChat(const QString& nick) override {
+    calls << QStringLiteral("AskDccChat");
+    dccAsked << QStringLiteral("chat ") + nick;
+    return dccChatAnswers.isEmpty() ? DccChoice::Cancel : dccChatAnswers.takeFirst();
+  }
+
+  DccChoice AskDccReceive(const QString& nick, QString& destination) override {
+    calls << QStringLiteral("AskDccReceive");
+    dccAsked << QStringLiteral("receive ") + nick + u' ' + destination;
+    const DccChoice choice = dccReceiveAnswers.isEmpty() ? DccChoice::Cancel : dccReceiveAnswers.takeFirst();
+    if (choice == DccChoice::Accept && !dccReceiveDestinations.isEmpty()) {
+      const QString chosen = dccReceiveDestinations.takeFirst();
+      if (!chosen.isEmpty()) destination = chosen;
+    }
+    return choice;
+  }
+
+  DccChoice AskDccExisting(const QString& destination, bool canResume) override {
+    calls << QStringLiteral("AskDccExisting");
+    dccAsked << QStringLiteral("existing ") + destination +
+                    (canResume ? QStringLiteral(" resume") : QStringLiteral(" no-resume"));
+    return dccExistingAnswers.isEmpty() ? DccChoice::Cancel : dccExistingAnswers.takeFirst();
+  }
+
+  std::optional<DccSendChoice> AskDccSend(const QString& nick) override {
+    calls << QStringLiteral("AskDccSend");
+    dccAsked << QStringLiteral("send ") + nick;
+    return dccSendAnswers.isEmpty() ? std::nullopt : dccSendAnswers.takeFirst();
+  }
+
   void PlaySound(const QString& file) override {
     calls << QStringLiteral("PlaySound");
     sounds << file;
