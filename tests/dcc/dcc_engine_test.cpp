@@ -27,11 +27,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-class Peer : public IrcClientFixture {
+class Peer : public StyledClient {
  public:
   explicit Peer(const QString& nick) : nick(nick) {
     TestApp();
-    settings.SetBinary(u"kolory", DistinctColours());
+    settings.SetDword(u"DCC", 0x3000);
     settings.SetString(u"LocalHost", u"127.0.0.1"_s, 30);
     settings.SetString(u"DCCpath", Downloads(), 250);
     QDir().mkpath(Downloads());
@@ -57,6 +57,13 @@ class Peer : public IrcClientFixture {
   QString StatusOf(TabKind kind) {
     const DccTransfer* t = Transfer(kind);
     return t ? t->Status() : u"(none)"_s;
+  }
+
+  QStringList Lines(int position) const {
+    QStringList out;
+    for (qsizetype i = 0; i < ctx.tabs.At(position)->lines->LineCount(); ++i)
+      out << ctx.tabs.At(position)->lines->Line(i).text;
+    return out;
   }
 
   QString nick;
@@ -143,7 +150,7 @@ TEST(DccEngine, ChatBothWaysWithLongLinesAndLog) {
   alice.ctx.dccEngine.CloseTab(alice.ctx.tabs.At(1)->id);
   ASSERT_TRUE(RunUntil([&] { return bob.Lines(1).contains(u"DCC session closed"_s); }));
   EXPECT_EQ(alice.ctx.tabs.Count(), 1);
-  const QStringList shown = AllStyledLines(bob).filter(QRegularExpression(u"^alice\\|"_s));
+  const QStringList shown = bob.Shown().filter(QRegularExpression(u"^alice\\|"_s));
   EXPECT_EQ(shown.mid(0, 2), (QStringList{u"alice|DCC Chat Session|Info2"_s, u"alice|Client: alice (127.0.0.1)|Normal"_s}));
   EXPECT_EQ(shown.mid(3), (QStringList{u"alice|Acknowledging chat request...|Ping"_s,
                                       u"alice|DCC Chat connection established|Ping"_s,
