@@ -27,11 +27,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-class Peer : public IrcClientFixture {
+class Peer : public StyledClient {
  public:
   explicit Peer(const QString& nick) : nick(nick) {
     TestApp();
-    settings.SetBinary(u"kolory", DistinctColours());
+    settings.SetDword(u"DCC", 0x3000);
     settings.SetString(u"LocalHost", u"127.0.0.1"_s, 30);
     settings.SetString(u"DCCpath", Downloads(), 250);
     QDir().mkpath(Downloads());
@@ -59,6 +59,13 @@ class Peer : public IrcClientFixture {
     return t ? t->Status() : u"(none)"_s;
   }
 
+  QStringList Lines(int position) const {
+    QStringList out;
+    for (qsizetype i = 0; i < ctx.tabs.At(position)->lines->LineCount(); ++i)
+      out << ctx.tabs.At(position)->lines->Line(i).text;
+    return out;
+  }
+
   QString nick;
 };
 
@@ -77,51 +84,33 @@ bool Exchange(Peer& a, Peer& b, const std::function<bool()>& done, int ms = 1000
   }, ms);
 }
 
-// us -> us: a partial file is resumed (RESUME and ACCEPT both ways), the rest arrives
-// byte for byte, and each side says how it ended on Status.
-TEST(DccEngine, FileResumedBetweenTwoClients) {
+// us -> us across the 4 GiB mark, more than the socket buffers hold: bob resumes a partial
+// file, the rest arrives byte for byte, and the wrapped acknowledgements still confirm the
+// last byte at once (not after the 60 s wait). Sparse files keep the disk nearly empty.
+TEST(DccEngine, FileResumedAcross4GiB) {
   Peer alice(u"alice"_s), bob(u"bob"_s);
-  const QByteArray content = RandomBytes(24 << 20);  // more than the socket buffers hold
-  WriteBytes(alice.dir.path() + u"/my file.bin"_s, content);
-  WriteBytes(bob.Downloads() + u"my_file.bin"_s, content.left(1 << 20));
+  alice.ctx.dccEngine.lastAckTimeout = 60s;
+  const qint64 size = (qint64(1) << 32) + (1 << 20);
+  const QByteArray tail = RandomBytes(24 << 20);
+  for (auto [path, length] : {std::pair{alice.dir.path() + u"/my file.bin"_s, size},
+                              std::pair{bob.Downloads() + u"my_file.bin"_s, size - tail.size()}}) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(length));
+    if (length == size) ASSERT_TRUE(file.seek(size - tail.size()) && file.write(tail) == tail.size());
+  }
   bob.shell.dccReceiveAnswers = {DccChoice::Accept};
   bob.shell.dccExistingAnswers = {DccChoice::Resume};
   alice.ctx.dccEngine.OfferFile(u"bob"_s, alice.dir.path() + u"/my file.bin"_s, 8192);
-  ASSERT_TRUE(Exchange(alice, bob, [&] {
-    return alice.StatusOf(TabKind::DccSend) == u"File sent!"_s && bob.StatusOf(TabKind::DccRecv) == u"File received!"_s;
-  })) << alice.StatusOf(TabKind::DccSend).toStdString() << " / " << bob.StatusOf(TabKind::DccRecv).toStdString();
-  EXPECT_TRUE(ReadBytes(bob.Downloads() + u"my_file.bin"_s) == content);
+  ASSERT_TRUE(Exchange(alice, bob, [&] { return alice.StatusOf(TabKind::DccSend) == u"File sent!"_s; }, 20000))
+      << alice.StatusOf(TabKind::DccSend).toStdString();
+  EXPECT_EQ(bob.StatusOf(TabKind::DccRecv), u"File received!"_s);
+  QFile received(bob.Downloads() + u"my_file.bin"_s);
+  ASSERT_TRUE(received.open(QIODevice::ReadOnly) && received.seek(size - tail.size()));
+  EXPECT_TRUE(received.readAll() == tail);
   EXPECT_EQ(bob.shell.dccAsked, (QStringList{u"receive alice "_s + bob.Downloads() + u"my_file.bin"_s,
                                              u"existing "_s + bob.Downloads() + u"my_file.bin resume"_s}));
   EXPECT_TRUE(alice.StatusLines().contains(u"* DCC SEND my_file.bin to bob: File sent!"_s));
   EXPECT_TRUE(bob.StatusLines().contains(u"* DCC RECV my_file.bin from alice: File received!"_s));
-  EXPECT_EQ(bob.Transfer(TabKind::DccRecv)->Position(), content.size());
-}
-
-// Past 4 GiB the acknowledgements wrap; the sender still sees the last byte confirmed at
-// once instead of waiting out its time-out. Sparse files keep the disk nearly empty.
-TEST(DccEngine, AcknowledgementsWrapPast4GiB) {
-  Peer alice(u"alice"_s), bob(u"bob"_s);
-  alice.ctx.dccEngine.lastAckTimeout = 60s;
-  const qint64 size = (qint64(1) << 32) + (1 << 20);
-  const QByteArray tail = RandomBytes(2 << 20);
-  for (auto [path, length] : {std::pair{alice.dir.path() + u"/big.bin"_s, size},
-                              std::pair{bob.Downloads() + u"big.bin"_s, size - (2 << 20)}}) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(length));
-    if (length == size) {
-      ASSERT_TRUE(file.seek(size - tail.size()) && file.write(tail) == tail.size());
-    }
-  }
-  bob.shell.dccReceiveAnswers = {DccChoice::Accept};
-  bob.shell.dccExistingAnswers = {DccChoice::Resume};
-  alice.ctx.dccEngine.OfferFile(u"bob"_s, alice.dir.path() + u"/big.bin"_s, 8192);
-  ASSERT_TRUE(Exchange(alice, bob, [&] { return alice.StatusOf(TabKind::DccSend) == u"File sent!"_s; }, 20000))
-      << alice.StatusOf(TabKind::DccSend).toStdString();
-  EXPECT_EQ(bob.StatusOf(TabKind::DccRecv), u"File received!"_s);
-  QFile received(bob.Downloads() + u"big.bin"_s);
-  ASSERT_TRUE(received.open(QIODevice::ReadOnly) && received.seek(size - tail.size()));
-  EXPECT_TRUE(received.readAll() == tail);
 }
 
 TEST(DccEngine, ChatBothWaysWithLongLinesAndLog) {
@@ -143,7 +132,7 @@ TEST(DccEngine, ChatBothWaysWithLongLinesAndLog) {
   alice.ctx.dccEngine.CloseTab(alice.ctx.tabs.At(1)->id);
   ASSERT_TRUE(RunUntil([&] { return bob.Lines(1).contains(u"DCC session closed"_s); }));
   EXPECT_EQ(alice.ctx.tabs.Count(), 1);
-  const QStringList shown = AllStyledLines(bob).filter(QRegularExpression(u"^alice\\|"_s));
+  const QStringList shown = bob.Shown().filter(QRegularExpression(u"^alice\\|"_s));
   EXPECT_EQ(shown.mid(0, 2), (QStringList{u"alice|DCC Chat Session|Info2"_s, u"alice|Client: alice (127.0.0.1)|Normal"_s}));
   EXPECT_EQ(shown.mid(3), (QStringList{u"alice|Acknowledging chat request...|Ping"_s,
                                       u"alice|DCC Chat connection established|Ping"_s,
@@ -240,22 +229,6 @@ TEST(DccEngine, IgnorePolicyAndIgnoreAnswerAddTheSender) {
   EXPECT_EQ(bob.shell.dccAsked, QStringList{u"chat alice"_s});
 }
 
-// A raw peer that offers a file and then misbehaves in the middle.
-class RawSender {
- public:
-  RawSender() { listener_ = OpenListener(0x7F000001, port); }
-  ~RawSender() {
-    CloseSocketQuietly(listener_);
-    CloseSocketQuietly(socket);
-  }
-  bool Accept() { return (socket = AcceptOne(std::exchange(listener_, -1), 5s)) >= 0; }
-  int port = 0;
-  int socket = -1;
-
- private:
-  int listener_ = -1;
-};
-
 struct MisbehaviourCase {
   const char* name;
   qsizetype sendBytes;  // of the 100000 offered
@@ -270,18 +243,21 @@ TEST_P(MisbehaviourTest, LeavesAClearLineAndAWorkingClient) {
   Peer bob(u"bob"_s);
   bob.ctx.dccEngine.stallTimeout = 300ms;
   SetNibble(bob.settings, u"DCC", kDccSendPolicyShift, 1);
-  RawSender sender;
-  bob.Receive(u":evil!u@h PRIVMSG bob :\1DCC SEND f.bin 2130706433 %1 100000\1"_s.arg(sender.port));
-  ASSERT_TRUE(sender.Accept());
+  int port = 0;
+  const int listener = OpenListener(0x7F000001, port);
+  bob.Receive(u":evil!u@h PRIVMSG bob :\1DCC SEND f.bin 2130706433 %1 100000\1"_s.arg(port));
+  int sender = AcceptOne(listener, 5s);
+  ASSERT_GE(sender, 0);
   const QByteArray junk = RandomBytes(c.sendBytes);
-  ASSERT_EQ(::send(sender.socket, junk.constData(), junk.size(), MSG_NOSIGNAL), junk.size());
-  if (c.close) CloseSocketQuietly(std::exchange(sender.socket, -1));
+  ASSERT_EQ(::send(sender, junk.constData(), junk.size(), MSG_NOSIGNAL), junk.size());
+  if (c.close) CloseSocketQuietly(std::exchange(sender, -1));
   ASSERT_TRUE(RunUntil([&] { return bob.StatusOf(TabKind::DccRecv) == QString::fromLatin1(c.status); }))
       << bob.StatusOf(TabKind::DccRecv).toStdString();
   EXPECT_EQ(bob.StatusLines().last(), u"* DCC RECV f.bin from evil: "_s + QString::fromLatin1(c.status));
   EXPECT_TRUE(ReadBytes(bob.Downloads() + u"f.bin"_s) == junk.left(100000));
   bob.Receive(u":alice!u@h PRIVMSG bob :\1DCC CHAT chat 0 1\1"_s);  // still answering
   EXPECT_EQ(bob.StatusLines().last(), u"* DCC CHAT from alice refused: no address or port"_s);
+  CloseSocketQuietly(sender);
 }
 
 INSTANTIATE_TEST_SUITE_P(

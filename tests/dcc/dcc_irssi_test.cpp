@@ -1,5 +1,5 @@
-// Interop with irssi through a real ngircd: files both ways, a resumed transfer, a
-// passive offer and a chat, every file compared byte for byte. Small files, bounded waits.
+// Interop with irssi through a real ngircd: a file irssi sends and we resume, compared
+// byte for byte, and a chat both ways. Bounded waits.
 
 #include "client/client_context.h"
 #include "dcc/dcc_chat.h"
@@ -8,7 +8,6 @@
 #include "net/server_list.h"
 #include "net/session_control.h"
 #include "settings/settings_defaults.h"
-#include "settings/settings_flags.h"
 #include "settings/settings_store.h"
 #include "support/fake_shell.h"
 #include "support/file_bytes.h"
@@ -68,15 +67,6 @@ class IrssiInterop : public ::testing::Test {
     return lines.join(u'\n');
   }
   QString Downloads() const { return home.path() + u"/downloads/"_s; }
-  DccTransfer* Transfer(TabKind kind) {
-    for (int i = ctx.tabs.Count() - 1; i >= 0; --i)
-      if (ctx.tabs.At(i)->kind == kind) return ctx.dccEngine.TransferOf(ctx.tabs.At(i)->id);
-    return nullptr;
-  }
-  QString StatusOf(TabKind kind) {
-    const DccTransfer* transfer = Transfer(kind);
-    return transfer ? transfer->Status() : QString();
-  }
   QByteArray MakeFile(const QString& path, qsizetype size) {
     QByteArray bytes(size, Qt::Uninitialized);
     QRandomGenerator(size).fillRange(reinterpret_cast<quint32*>(bytes.data()), size / 4);
@@ -94,48 +84,38 @@ class IrssiInterop : public ::testing::Test {
   std::unique_ptr<IrssiPeer> irssi;
 };
 
-// irssi -> us, with part of the file already here: we ask to resume, irssi agrees.
-TEST_F(IrssiInterop, IrssiSendsAndWeResume) {
+// irssi -> us, with part of the file already here: we ask to resume, irssi agrees; then
+// irssi opens a chat and both sides talk until irssi closes it.
+TEST_F(IrssiInterop, IrssiSendsWeResumeThenWeChat) {
   const QByteArray content = MakeFile(files.path() + u"/a.bin"_s, 3 << 20);
   WriteBytes(Downloads() + u"a.bin"_s, content.left(700000));
   shell.dccReceiveAnswers = {DccChoice::Accept};
   shell.dccExistingAnswers = {DccChoice::Resume};
+  shell.dccChatAnswers = {DccChoice::Accept};
   irssi->Type("/dcc send tolvbot " + files.path().toLocal8Bit() + "/a.bin");
-  ASSERT_TRUE(RunUntil([&] { return StatusOf(TabKind::DccRecv) == u"File received!"_s; }, kWait))
-      << StatusOf(TabKind::DccRecv).toStdString() << "\n" << Status().toStdString();
+  const auto tabOf = [&](TabKind kind) {
+    for (int i = 0; i < ctx.tabs.Count(); ++i)
+      if (ctx.tabs.At(i)->kind == kind) return ctx.tabs.At(i);
+    return static_cast<ConversationTab*>(nullptr);
+  };
+  const auto received = [&] {
+    const DccTransfer* t = tabOf(TabKind::DccRecv) ? ctx.dccEngine.TransferOf(tabOf(TabKind::DccRecv)->id) : nullptr;
+    return t ? t->Status() : QString();
+  };
+  ASSERT_TRUE(RunUntil([&] { return received() == u"File received!"_s; }, kWait))
+      << received().toStdString() << "\n" << Status().toStdString();
   EXPECT_TRUE(ReadBytes(Downloads() + u"a.bin"_s) == content);
   EXPECT_EQ(shell.dccAsked.value(1), u"existing "_s + Downloads() + u"a.bin resume"_s);
-}
 
-// us -> irssi, in the largest packets.
-TEST_F(IrssiInterop, WeSendAndIrssiReceives) {
-  const QByteArray content = MakeFile(files.path() + u"/b file.bin"_s, 4 << 20);
-  ctx.dccEngine.OfferFile(u"irssibot"_s, files.path() + u"/b file.bin"_s, 8192);
-  ASSERT_TRUE(RunUntil([&] { return StatusOf(TabKind::DccSend) == u"File sent!"_s; }, kWait))
-      << StatusOf(TabKind::DccSend).toStdString();
-  EXPECT_TRUE(ReadBytes(irssi->Downloads() + u"b_file.bin"_s) == content);
-}
-
-// irssi behind a pretend NAT: it asks us to listen, and we answer with port and token.
-TEST_F(IrssiInterop, PassiveOfferFromIrssi) {
-  SetNibble(settings, u"DCC", kDccSendPolicyShift, 1);
-  const QByteArray content = MakeFile(files.path() + u"/c.bin"_s, 1 << 20);
-  irssi->Type("/dcc send -passive tolvbot " + files.path().toLocal8Bit() + "/c.bin");
-  ASSERT_TRUE(RunUntil([&] { return StatusOf(TabKind::DccRecv) == u"File received!"_s; }, kWait))
-      << StatusOf(TabKind::DccRecv).toStdString() << "\n" << Status().toStdString();
-  EXPECT_TRUE(ReadBytes(Downloads() + u"c.bin"_s) == content);
-}
-
-TEST_F(IrssiInterop, ChatWithIrssi) {
-  shell.dccChatAnswers = {DccChoice::Accept};
   irssi->Type("/dcc chat tolvbot");
   const auto chat = [&]() -> DccChat* {
-    return ctx.tabs.Count() > 1 ? ctx.dccEngine.ChatOf(ctx.tabs.At(1)->id) : nullptr;
+    return tabOf(TabKind::DccChat) ? ctx.dccEngine.ChatOf(tabOf(TabKind::DccChat)->id) : nullptr;
   };
   ASSERT_TRUE(RunUntil([&] { return chat() && chat()->CurrentState() == DccChat::State::Connected; }, kWait));
   const auto lines = [&] {
     QStringList out;
-    for (qsizetype i = 0; i < ctx.tabs.At(1)->lines->LineCount(); ++i) out << ctx.tabs.At(1)->lines->Line(i).text;
+    const ConversationTab* tab = tabOf(TabKind::DccChat);
+    for (qsizetype i = 0; i < tab->lines->LineCount(); ++i) out << tab->lines->Line(i).text;
     return out;
   };
   irssi->Type("/msg =tolvbot hello from irssi");

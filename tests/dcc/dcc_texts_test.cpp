@@ -29,6 +29,7 @@ struct ParseCase {
 
 class ParseTest : public ::testing::TestWithParam<ParseCase> {};
 
+// Well-formed requests are read back in WireTest; here the odd and the broken ones.
 TEST_P(ParseTest, ReadsTheFieldsOrNothing) {
   EXPECT_EQ(Describe(ParseDccRequest(GetParam().argument)), GetParam().expected);
 }
@@ -36,14 +37,7 @@ TEST_P(ParseTest, ReadsTheFieldsOrNothing) {
 INSTANTIATE_TEST_SUITE_P(
     Requests, ParseTest,
     ::testing::Values(
-        ParseCase{"Chat", u"CHAT chat 2130706433 5000"_s, u"CHAT||2130706433|5000|0|0|"_s},
         ParseCase{"ChatSignedAddress", u"chat CHAT -1062731519 5000"_s, u"CHAT||3232235777|5000|0|0|"_s},
-        ParseCase{"SendQuoted", u"SEND \"my file.txt\" 3232235777 5000 1024"_s,
-                  u"SEND|my file.txt|3232235777|5000|1024|0|"_s},
-        ParseCase{"SendOver4GiB", u"SEND big.iso 2130706433 5000 6000000000"_s,
-                  u"SEND|big.iso|2130706433|5000|6000000000|0|"_s},
-        ParseCase{"Resume", u"RESUME \"f.txt\" 5000 512"_s, u"RESUME|f.txt|0|5000|0|512|"_s},
-        ParseCase{"PassiveAccept", u"ACCEPT f.txt 0 512 17"_s, u"ACCEPT|f.txt|0|0|0|512|17"_s},
         ParseCase{"NoArguments", u"SEND"_s, u"-"_s},
         ParseCase{"OpenQuote", u"SEND \"open 1 2 3"_s, u"-"_s},
         ParseCase{"AddressTooLarge", u"SEND f 4294967296 2 3"_s, u"-"_s},
@@ -51,19 +45,6 @@ INSTANTIATE_TEST_SUITE_P(
         ParseCase{"NegativeSize", u"SEND f 1 2 -3"_s, u"-"_s},
         ParseCase{"ResumeWithoutPosition", u"RESUME f 5000"_s, u"-"_s}),
     [](const auto& info) { return std::string(info.param.name); });
-
-DccRequest Request(DccRequestType type, QString name, quint32 address, int port, qint64 size,
-                   qint64 position, QString token = {}) {
-  DccRequest r;
-  r.type = type;
-  r.fileName = std::move(name);
-  r.address = address;
-  r.port = port;
-  r.size = size;
-  r.position = position;
-  r.token = std::move(token);
-  return r;
-}
 
 struct WireCase {
   const char* name;
@@ -88,18 +69,18 @@ TEST_P(WireTest, SendsTheLinesByteForByte) {
 INSTANTIATE_TEST_SUITE_P(
     Requests, WireTest,
     ::testing::Values(
-        WireCase{"ChatOffer", Request(DccRequestType::Chat, {}, 3232235777u, 5000, 0, 0),
+        WireCase{"ChatOffer", DccRequest{DccRequestType::Chat, {}, 3232235777u, 5000, 0, 0},
                  "NOTICE bob :DCC Chat (192.168.1.1)\nPRIVMSG bob :\1DCC CHAT chat -1062731519 5000\1\n"},
         WireCase{"FileOfferBlanksBecomeUnderscores",
-                 Request(DccRequestType::Send, u"my file.txt"_s, 3232235777u, 5000, 1536, 0),
+                 DccRequest{DccRequestType::Send, u"my file.txt"_s, 3232235777u, 5000, 1536, 0},
                  "NOTICE bob :DCC Send my_file.txt (192.168.1.1)\n"
                  "PRIVMSG bob :\1DCC SEND \"my_file.txt\" -1062731519 5000 1536\1\n"},
         WireCase{"PassiveAnswerHasNoNotice",
-                 Request(DccRequestType::Send, u"f.txt"_s, 2130706433u, 6000, 7000000000, 0, u"17"_s),
+                 DccRequest{DccRequestType::Send, u"f.txt"_s, 2130706433u, 6000, 7000000000, 0, u"17"_s},
                  "PRIVMSG bob :\1DCC SEND \"f.txt\" 2130706433 6000 7000000000 17\1\n"},
-        WireCase{"Resume", Request(DccRequestType::Resume, u"f.txt"_s, 0, 5000, 0, 512),
+        WireCase{"Resume", DccRequest{DccRequestType::Resume, u"f.txt"_s, 0, 5000, 0, 512},
                  "PRIVMSG bob :\1DCC RESUME \"f.txt\" 5000 512\1\n"},
-        WireCase{"PassiveAccept", Request(DccRequestType::Accept, u"f.txt"_s, 0, 0, 0, 512, u"9"_s),
+        WireCase{"PassiveAccept", DccRequest{DccRequestType::Accept, u"f.txt"_s, 0, 0, 0, 512, u"9"_s},
                  "PRIVMSG bob :\1DCC ACCEPT \"f.txt\" 0 512 9\1\n"}),
     [](const auto& info) { return std::string(info.param.name); });
 
@@ -128,23 +109,17 @@ TEST(DccFileNames, OfferedAndReceivedNames) {
     EXPECT_EQ(SafeDownloadName(QStringView(offered)), QString::fromUtf16(name));
 }
 
-// Names a peer might offer to climb out of the download folder, hide a file, or
-// overflow a file name.
-QStringList HostileOfferedNames() {
-  QStringList names = {u".."_s, u"."_s, u"../x"_s, u"..\\x"_s, u"/etc/passwd"_s, u"/"_s, u"\\"_s,
+// Whatever a peer calls its file, it lands directly in the download folder, visible, as
+// one plain name.
+TEST(DccFileNames, HostileNamesStayInsideTheDownloadFolder) {
+  QStringList hostile = {u".."_s, u"."_s, u"../x"_s, u"..\\x"_s, u"/etc/passwd"_s, u"/"_s, u"\\"_s,
                        u"C:/x"_s, u"a/../../b"_s, u"x/.."_s, u".bashrc"_s, u"~/x"_s, u""_s, u" "_s,
                        u"%2e%2e%2f"_s, u"\u2215etc\u2215passwd"_s, u"\uFEFF.."_s, u"...."_s,
                        u"../"_s.repeated(100), QString(300, u'a'), QString(1000, QChar(0xE9)),
                        u"\U0001F600"_s.repeated(150)};
-  names << (u".."_s + QChar(0) + u"/x"_s) << (QString(QChar(0xD800)) + u"/.."_s) << u"a\nb"_s;
-  return names;
-}
-
-// Whatever a peer calls its file, it lands directly in the download folder, visible, as
-// one plain name.
-TEST(DccFileNames, HostileNamesStayInsideTheDownloadFolder) {
+  hostile << (u".."_s + QChar(0) + u"/x"_s) << (QString(QChar(0xD800)) + u"/.."_s) << u"a\nb"_s;
   const QString folder = u"/home/me/downloads/"_s;
-  for (const QString& offered : HostileOfferedNames()) {
+  for (const QString& offered : hostile) {
     const QString name = SafeDownloadName(offered);
     const QString path = folder + name;
     EXPECT_EQ(QFileInfo(QDir::cleanPath(path)).absolutePath() + u'/', folder) << offered.left(40).toStdString();

@@ -1,8 +1,6 @@
 #pragma once
-// irssi as the other user in interop tests: Debian's irssi in a pseudo-terminal of its
-// own (it wants one), with a private home and configuration, connected to a test server.
-// The test types commands into it; received files land in its download folder. Stopped
-// by its PID.
+// irssi as the other user in interop tests, in a pseudo-terminal of its own (it wants
+// one) with a private home, connected to a test server; stopped by its PID.
 
 #include <QByteArray>
 #include <QSocketNotifier>
@@ -22,10 +20,9 @@ class IrssiPeer {
   bool Start();
   // Types a line, as at irssi's prompt.
   void Type(const QByteArray& line);
-  // Everything irssi drew so far (escape sequences included).
+  // Everything irssi drew so far, escape sequences included.
   const QByteArray& Screen() const { return screen_; }
   QString Downloads() const { return home_.path() + QStringLiteral("/downloads/"); }
-  QString Home() const { return home_.path(); }
 
  private:
   void Drain();
