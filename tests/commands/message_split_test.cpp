@@ -53,4 +53,16 @@ TEST(LongTypedLine, GoesOutInPiecesThatFitTheWire) {
   }
 }
 
+// Without a blank the first piece fills the line to the last byte: the guessed prefix
+// (the e-mail's user, 64 bytes of host) is exactly what the server adds here.
+TEST(LongTypedLine, WithoutBlanksFillsTheLineExactly) {
+  CommandClient client({{"#x", TabKind::Channel}}, "#x");
+  client.settings.SetString(u"email", u"me@home"_s, 240);
+  client.Sent();
+  SubmitInputText(client.ctx, QString(600, u'a'));
+  const QByteArrayList sent = client.Sent().chopped(1).split('\n');
+  ASSERT_EQ(sent.size(), 2);
+  EXPECT_EQ((":me!~me@" + QByteArray(64, 'h') + ' ' + sent[0] + "\r\n").size(), 512);
+}
+
 }  // namespace
