@@ -104,6 +104,7 @@ TEST_F(Session, ConversationWithAScriptedServer) {
   asker.Send("6667, 1025\r\n");
   EXPECT_TRUE(asker.WaitFor("6667, 1025 : USERID : UNIX : tolv\r\n", 3000));
   EXPECT_TRUE(Lines().contains(u"* Identd request from 127.0.0.1"_s));
+  EXPECT_EQ(Lines().filter(u"Identd can't"_s), QStringList());  // a port it could bind is not told
 
   EXPECT_TRUE(SubmitInputText(ctx, u"/quit bye"_s));
   EXPECT_TRUE(server.WaitFor("quit :bye\n"));
