@@ -12,6 +12,7 @@
 #include "settings/settings_store.h"
 #include "views/output_path.h"
 #include "support/test_app.h"
+#include "support/window_client.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -26,53 +27,20 @@
 #include <QtEndian>
 #include <gtest/gtest.h>
 
-#include <sys/socket.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-class MainWindowTest : public ::testing::Test {
+class MainWindowTest : public ::testing::Test, protected WindowClient {
  protected:
-  MainWindowTest() {
-    InitialiseDefaults(settings);
-    settings.SetDword(u"tstamps", 0);
-    settings.SetDword(u"Options", settings.GetDword(u"Options") & ~0x40);  // no splash to tap away
-    window = std::make_unique<MainWindow>(settings);
-    window->FinishStart(false);
-    int pair[2];
-    if (socketpair(AF_UNIX, SOCK_STREAM, 0, pair) == 0) {
-      window->Context().session.serverSocket = pair[0];
-      peer_ = pair[1];
-    }
-    window->Context().session.currentNick = u"me"_s;
-    window->show();
-  }
-  ~MainWindowTest() override {
-    window.reset();
-    if (peer_ >= 0) close(peer_);
-  }
-  void Receive(const QString& lines) { SplitAndDispatch(window->Context(), lines.toUtf8()); }
-  QByteArray Sent() {
-    QByteArray out;
-    char chunk[4096];
-    for (ssize_t n; (n = recv(peer_, chunk, sizeof chunk, MSG_DONTWAIT)) > 0;) out.append(chunk, n);
-    return out;
-  }
+  MainWindowTest() { window->show(); }
   void Settle() { RunUntil([] { return false; }, 50); }
   void Join() {
     Receive(u":me!u@h JOIN #tolv\r\n:irc.test 353 me = #tolv :@alice +bob me carol\r\n"
             ":irc.test 366 me #tolv :End of NAMES list\r\n"_s);
     Settle();
   }
-
-  QTemporaryDir home;
-  SettingsStore settings{home.path()};
-  std::unique_ptr<MainWindow> window;
-
- private:
-  int peer_ = -1;
 };
 
 // Lines in a back tab are counted in its badge, even when its label stays grey, until

@@ -11,6 +11,7 @@
 #include "settings/settings_flags.h"
 #include "settings/settings_store.h"
 #include "support/test_app.h"
+#include "support/window_client.h"
 
 #include <QApplication>
 #include <QDir>
@@ -23,35 +24,18 @@
 
 #include <functional>
 
-#include <sys/socket.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-class WhisperPopupTest : public ::testing::Test {
+class WhisperPopupTest : public ::testing::Test, protected WindowClient {
  protected:
   WhisperPopupTest() {
-    InitialiseDefaults(settings);
-    settings.SetDword(u"tstamps", 0);
-    settings.SetDword(u"Options", settings.GetDword(u"Options") & ~0x40);  // no splash
-    window = std::make_unique<MainWindow>(settings);
-    window->FinishStart(false);
-    int pair[2];
-    if (socketpair(AF_UNIX, SOCK_STREAM, 0, pair) == 0) {
-      window->Context().session.serverSocket = pair[0];
-      peer_ = pair[1];
-    }
-    window->Context().session.currentNick = u"me"_s;
     window->show();
     window->activateWindow();
     if (!QTest::qWaitForWindowActive(window.get())) ADD_FAILURE() << "the window never became active";
     edit()->setFocus();
-  }
-  ~WhisperPopupTest() override {
-    window.reset();
-    if (peer_ >= 0) close(peer_);
   }
 
   QLineEdit* edit() const { return window->InputLine()->lineEdit(); }
@@ -73,13 +57,6 @@ class WhisperPopupTest : public ::testing::Test {
     QDir().mkpath(QStringLiteral(TOLV_SCREENSHOT_DIR));
     window->grab().save(QStringLiteral(TOLV_SCREENSHOT_DIR) + u'/' + name);
   }
-
-  QTemporaryDir home;
-  SettingsStore settings{home.path()};
-  std::unique_ptr<MainWindow> window;
-
- private:
-  int peer_ = -1;
 };
 
 // Above the input line, three tenths in, one row per completion, growing upwards from
