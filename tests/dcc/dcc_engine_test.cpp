@@ -101,8 +101,10 @@ TEST(DccEngine, FileResumedAcross4GiB) {
   bob.shell.dccReceiveAnswers = {DccChoice::Accept};
   bob.shell.dccExistingAnswers = {DccChoice::Resume};
   alice.ctx.dccEngine.OfferFile(u"bob"_s, alice.dir.path() + u"/my file.bin"_s, 8192);
-  ASSERT_TRUE(Exchange(alice, bob, [&] { return alice.StatusOf(TabKind::DccSend) == u"File sent!"_s; }, 20000))
-      << alice.StatusOf(TabKind::DccSend).toStdString();
+  // Both ends finish on their own threads: wait for each, not only the sender.
+  ASSERT_TRUE(Exchange(alice, bob, [&] {
+    return alice.StatusOf(TabKind::DccSend) == u"File sent!"_s && bob.StatusOf(TabKind::DccRecv) == u"File received!"_s;
+  }, 20000)) << alice.StatusOf(TabKind::DccSend).toStdString();
   EXPECT_EQ(bob.StatusOf(TabKind::DccRecv), u"File received!"_s);
   QFile received(bob.Downloads() + u"my_file.bin"_s);
   ASSERT_TRUE(received.open(QIODevice::ReadOnly) && received.seek(size - tail.size()));
