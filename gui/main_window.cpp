@@ -23,6 +23,7 @@
 #include "gui/tab_strip_widget.h"
 
 #include <QBoxLayout>
+#include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -34,6 +35,7 @@
 #include <QStackedWidget>
 #include <QTimer>
 #include <QToolButton>
+#include <QUrl>
 
 #include <limits>
 
@@ -261,6 +263,7 @@ void MainWindow::OnTabOpened(TabId id, int position) {
   auto* view = new ColorTextWidget(ctx_.tabs, id, ctx_.settings, views_);
   view->SetTextFont(FontOf(ctx_.settings, u"TextFontName", fonts_.text));
   connect(view, &ColorTextWidget::menuRequested, this, &MainWindow::ShowTabMenu);
+  connect(view, &ColorTextWidget::linkActivated, this, [](const QString& url) { QDesktopServices::openUrl(QUrl(url)); });
   textViews_[id] = view;
   views_->addWidget(view);
 }
