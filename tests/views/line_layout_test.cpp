@@ -31,7 +31,7 @@ constexpr int Rgb(int rgb) { return kRgbColour | rgb; }
 TEST(ParseFormatting, GivesPlainTextAndRuns) {
   const std::tuple<QString, QString, QList<FormatRun>> cases[] = {
       {u"no codes here"_s, u"no codes here"_s, {}},
-      {u"^C15,15x"_s, u"x"_s, {{C, 0, 15, 15}}},
+      {u"^C0,1x^C15,15y"_s, u"xy"_s, {{C, 0, 0, 1}, {C, 1, 15, 15}}},
       {u"^C16,16x"_s, u"x"_s, {{C, 0, 1, 0}}},
       {u"^C4,123"_s, u"3"_s, {{C, 0, 4, 12}}},  // two digits at most
       {u"^C4,12a^Cb^C"_s, u"ab"_s, {{C, 0, 4, 12}, {C, 1, -1, -1}, {C, 2, -1, -1}}},
