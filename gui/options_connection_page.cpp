@@ -60,7 +60,7 @@ ConnectionPage::ConnectionPage(const OptionsPageEnv& env, QWidget* parent)
   for (const auto& [text, action] : {std::pair{u"Add"_s, &ConnectionPage::Add},
                                      {u"Edit"_s, &ConnectionPage::Edit},
                                      {u"Delete"_s, &ConnectionPage::Delete}}) {
-    auto* button = new QPushButton(text);
+    auto* button = MakeRowButton(text);
     connect(button, &QPushButton::clicked, this, [this, action = action] { (this->*action)(); });
     buttons->addWidget(button);
   }

@@ -40,8 +40,8 @@ FilesPage::FilesPage(const OptionsPageEnv& env, QWidget* parent) : OptionsPage(p
   EnableWith(enable, {checks_[kWhisperChecks[0].control], checks_[kWhisperChecks[1].control], count_});
   // The dictionary's upkeep acts at once, whatever becomes of the dialog.
   auto* row = new QHBoxLayout;
-  auto* flush = new QPushButton(u"Flush"_s);
-  auto* previous = new QPushButton(u"Previous"_s);
+  auto* flush = MakeRowButton(u"Flush"_s);
+  auto* previous = MakeRowButton(u"Previous"_s);
   connect(flush, &QPushButton::clicked, this, [this] { AskAndFlushWhispers(env_.ctx); });
   connect(previous, &QPushButton::clicked, this, [this] { AskAndRestoreWhispers(env_.ctx); });
   row->addWidget(flush);

@@ -66,8 +66,8 @@ QWidget* InfoPage::MakeListTab(size_t list) {
   c.enable = AddCheck(layout, u"Enable"_s);
   c.entries = AddCombo(layout, {});
   auto* row = new QHBoxLayout;
-  auto* add = new QPushButton(u"Add"_s);
-  auto* del = new QPushButton(u"Del"_s);
+  auto* add = MakeRowButton(u"Add"_s);
+  auto* del = MakeRowButton(u"Del"_s);
   row->addWidget(add);
   row->addWidget(del);
   connect(add, &QPushButton::clicked, this, [this, list] { Add(list); });

@@ -15,6 +15,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -30,10 +32,21 @@ QLabel* AddLabel(QVBoxLayout* layout, const QString& text, QWidget* buddy) {
 
 }  // namespace
 
+// Margins stay small: on a pocket screen every pixel of width is text.
+constexpr int kMargin = 4;
+
 QVBoxLayout* AddGroup(QVBoxLayout* page, const QString& title) {
   auto* group = new QGroupBox(title);
   page->addWidget(group);
-  return new QVBoxLayout(group);
+  auto* layout = new QVBoxLayout(group);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  return layout;
+}
+
+QPushButton* MakeRowButton(const QString& text) {
+  auto* button = new QPushButton(text);
+  button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  return button;
 }
 
 QLineEdit* MakeField(const OptionsPageEnv& env, int limit) {
@@ -62,9 +75,9 @@ QCheckBox* AddCheck(QVBoxLayout* layout, const FlagCheck& check) {
 
 QButtonGroup* AddRadioRow(QVBoxLayout* layout, const QString& label,
                           std::initializer_list<const char16_t*> choices) {
-  auto* row = new QHBoxLayout;
   auto* caption = new QLabel(label);
-  row->addWidget(caption);
+  layout->addWidget(caption);
+  auto* row = new QHBoxLayout;
   auto* group = new QButtonGroup(caption);
   int id = 0;
   for (const char16_t* choice : choices) {
@@ -82,6 +95,7 @@ QLineEdit* AddPathRow(const OptionsPageEnv& env, QVBoxLayout* layout, const QStr
   AddLabel(layout, label, field);
   auto* row = new QHBoxLayout;
   auto* browse = new QPushButton(u"..."_s);
+  browse->setFixedWidth(TouchHeight(env.factor) * 3 / 2);
   row->addWidget(field, 1);
   row->addWidget(browse);
   layout->addLayout(row);
@@ -124,12 +138,21 @@ CheckStates ReadChecks(const CheckBoxes& boxes) {
   return states;
 }
 
-QVBoxLayout* StartPage(OptionsPage* page) { return new QVBoxLayout(page); }
+QVBoxLayout* StartPage(OptionsPage* page) {
+  auto* layout = new QVBoxLayout(page);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  return layout;
+}
 
 // Fields and lists are fitted here; buttons, checks and radios by FitForTouch.
 void FinishPage(OptionsPage* page, QVBoxLayout* layout, int factor) {
   layout->addStretch();
   FitForTouch(page, factor);
+  // The style draws the boxes and dots at one size whatever the text's: they grow too.
+  // Each box gets its own sheet; one on the page would stop its fonts reaching the labels.
+  const QString indicator = u"::indicator { width: %1px; height: %1px; }"_s.arg(13 * std::max(factor, 1));
+  for (QCheckBox* box : page->findChildren<QCheckBox*>()) box->setStyleSheet(u"QCheckBox"_s + indicator);
+  for (QRadioButton* radio : page->findChildren<QRadioButton*>()) radio->setStyleSheet(u"QRadioButton"_s + indicator);
   for (QLineEdit* field : page->findChildren<QLineEdit*>()) field->setMinimumHeight(TouchHeight(factor));
   for (QComboBox* combo : page->findChildren<QComboBox*>()) combo->setMinimumHeight(TouchHeight(factor));
 }

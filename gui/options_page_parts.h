@@ -17,6 +17,7 @@ class QCheckBox;
 class QComboBox;
 class QGroupBox;
 class QLineEdit;
+class QPushButton;
 class QVBoxLayout;
 
 // A titled group added to `page`; its controls go into the returned layout.
@@ -30,7 +31,10 @@ QLineEdit* MakeField(const OptionsPageEnv& env, int limit);
 QCheckBox* AddCheck(QVBoxLayout* layout, const FlagCheck& check);
 QCheckBox* AddCheck(QVBoxLayout* layout, const QString& label);
 
-// A label and the radios "Ask" / "Auto" / "Ignore" or the like on one row; the group's
+// A button that shares its row equally with the others, however narrow the screen.
+QPushButton* MakeRowButton(const QString& text);
+
+// A label over the radios "Ask" / "Auto" / "Ignore" or the like on one row; the group's
 // ids are the choices' positions.
 QButtonGroup* AddRadioRow(QVBoxLayout* layout, const QString& label,
                           std::initializer_list<const char16_t*> choices);

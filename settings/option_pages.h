@@ -118,7 +118,8 @@ void SaveInfoOptions(SettingsStore& store, const InfoOptions& options);
 
 // The words of a stored list; blanks in a row give no empty entry.
 QStringList WordListEntries(QStringView listText);
-// Each entry followed by one blank, as many whole entries as fit the list's 2000 units.
+// Each entry followed by one blank, the entries up to the first that would take the
+// text past the list's 2000 units.
 QString WordListText(const QStringList& entries);
 // "Add": the position of `text` among `entries`, appended when no entry equals it
 // without regard to case; -1 (nothing added) for a text without a word.
