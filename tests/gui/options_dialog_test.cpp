@@ -171,7 +171,8 @@ const PageCase kPageCases[] = {
        Labelled<QLineEdit>(page, u"User ID"_s)->setText(u"me"_s);
        Labelled<QLineEdit>(page, u"System"_s)->setText(u"LINUX-SYSTEM-16"_s);
        Labelled<QLineEdit>(page, u"Port"_s)->setText(u"12ab"_s);
-       Toggle(page, {u"Enable"});
+       Toggle(page, {u"Enable"});  // greys its group only, as every "Enable" box does
+       EXPECT_EQ(Labelled<QLineEdit>(page, u"User ID"_s)->isEnabled() + Button<QCheckBox>(page, u"Reconnect"_s)->isEnabled(), 1);
      },
      {{u"Options", 0x0100067F}, {u"IdUser", u"me"_s}, {u"IdSystem", u"LINUX-SYSTEM-1"_s}, {u"IdPort", 12}}},
     {"DCC", kDcc,
@@ -219,6 +220,7 @@ const PageCase kPageCases[] = {
        Labelled<QComboBox>(page, u"No. of whispers"_s)->setCurrentIndex(4);
        Labelled<QLineEdit>(page, u"Destination path:"_s)->setText(u"/var/log/tolv/"_s);
        Toggle(page, {u"Enable whispers"});
+       EXPECT_EQ(Labelled<QComboBox>(page, u"No. of whispers"_s)->isEnabled() + Button<QCheckBox>(page, u"Priv"_s)->isEnabled(), 1);
      },
      {{u"Files", 0x560F}, {u"logpath", u"/var/log/tolv/"_s}}},
 };
@@ -235,28 +237,6 @@ TEST_F(OptionsDialogTest, CancelWritesNothing) {
     Labelled<QLineEdit>(page, u"Port"_s)->setText(u"7"_s);
   }, false);
   EXPECT_EQ(ReadBytes(settings.FilePath()), before);
-}
-
-// Each "Enable" box greys exactly its own controls, the moment it is cleared.
-TEST_F(OptionsDialogTest, EnableBoxesGreyTheirControls) {
-  RunOptions(kGeneral, [](QWidget* page) {
-    Toggle(page, {u"Enable"});
-    EXPECT_FALSE(Labelled<QLineEdit>(page, u"User ID"_s)->isEnabled());
-    EXPECT_FALSE(Button<QCheckBox>(page, u"Show requests"_s)->isEnabled());
-    EXPECT_TRUE(Button<QCheckBox>(page, u"Skip MOTD"_s)->isEnabled());
-  }, false);
-  RunOptions(kFiles, [](QWidget* page) {
-    Toggle(page, {u"Enable whispers"});
-    EXPECT_FALSE(Labelled<QComboBox>(page, u"No. of whispers"_s)->isEnabled());
-    EXPECT_FALSE(Button<QCheckBox>(page, u"Self-teaching"_s)->isEnabled());
-    EXPECT_TRUE(Button<QCheckBox>(page, u"Channels"_s)->isEnabled());
-  }, false);
-  RunOptions(kInfo, [](QWidget* page) {
-    EXPECT_FALSE(Button<QPushButton>(ListTab(page, 2), u"Add"_s)->isEnabled());  // "en_notify" starts off
-    Button<QCheckBox>(ListTab(page, 2), u"Enable"_s)->click();
-    EXPECT_TRUE(Button<QCheckBox>(page, u"/Whois"_s)->isEnabled());
-    EXPECT_FALSE(Button<QPushButton>(ListTab(page, 0), u"Add"_s)->isEnabled());
-  }, false);
 }
 
 // Add warns until the entry is complete; Add, Edit and Delete write servers.txt at once,
@@ -309,11 +289,14 @@ TEST_F(OptionsDialogTest, ServerListChangesReachTheFileAtOnce) {
   EXPECT_EQ(settings.GetDword(u"server"), 0);
 }
 
-// Del asks first and then selects the first entry; the reloaded notify list follows OK.
+// A list's "Enable" greys its tab; Del asks first and then selects the first entry; the
+// reloaded notify list follows OK.
 TEST_F(OptionsDialogTest, InfoListDeleteAsksAndTheNotifyListIsReloaded) {
   settings.SetString(u"notify", u"alice bob carol ", 2002);
   settings.SetDword(u"en_notify", 1);
   RunOptions(kInfo, [&](QWidget* page) {
+    EXPECT_FALSE(Button<QPushButton>(ListTab(page, 0), u"Del"_s)->isEnabled());  // "en_ignore" is off
+    EXPECT_TRUE(Button<QCheckBox>(page, u"/Whois"_s)->isEnabled());
     QComboBox* notify = ListTab(page, 2)->findChild<QComboBox*>();
     notify->setCurrentIndex(1);
     answers.push_back(Press(u"No"_s));

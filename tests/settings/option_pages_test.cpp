@@ -1,7 +1,6 @@
-// The rules the settings pages write by: the port's number reading, the word lists, the
-// Info list's Add, the Server dialog's complete entry and the network/server choice.
+// The rules the settings pages write by: the port's number reading, the word lists and
+// the Info list's Add. The pages themselves are tried in tests/gui/options_dialog_test.cpp.
 
-#include "net/server_list.h"
 #include "settings/option_pages.h"
 
 #include <gtest/gtest.h>
@@ -43,20 +42,6 @@ TEST(AddListEntry, ATextTheListHoldsInAnyCaseIsSelectedNotAdded) {
   EXPECT_EQ(AddListEntry(entries, u" carol "_s), 2);
   EXPECT_EQ(AddListEntry(entries, u"  "_s), -1);
   EXPECT_EQ(entries, QStringList({u"alice"_s, u"Bob"_s, u"carol"_s}));
-}
-
-TEST(ServerEntryComplete, NetworkServerAndPortsAreNeededThePasswordIsNot) {
-  EXPECT_TRUE(ServerEntryComplete({u"Libera"_s, u"irc.libera.chat"_s, u"6667"_s, {}}));
-  EXPECT_FALSE(ServerEntryComplete({{}, u"irc.libera.chat"_s, u"6667"_s, u"pw"_s}));
-  EXPECT_FALSE(ServerEntryComplete({u"Libera"_s, {}, u"6667"_s, u"pw"_s}));
-  EXPECT_FALSE(ServerEntryComplete({u"Libera"_s, u"irc.libera.chat"_s, {}, u"pw"_s}));
-}
-
-TEST(NetworksOf, EachNetworkOnceWithItsServersInListOrder) {
-  const ServerList list = ParseServerList("B\ta\t1\t\r\nA\tb\t1\t\r\nB\tc\t1\t\r\nb\td\t1\t\r\n");
-  EXPECT_EQ(NetworksOf(list), QStringList({u"B"_s, u"A"_s, u"b"_s}));
-  EXPECT_EQ(ServersOfNetwork(list, u"B"_s), std::vector<int>({0, 2}));
-  EXPECT_TRUE(ServersOfNetwork(list, u"C"_s).empty());
 }
 
 }  // namespace
