@@ -39,6 +39,7 @@ FolderBrowserDialog::FolderBrowserDialog(const QString& initial, int factor, QWi
   tree_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   tree_->setUniformRowHeights(true);
   tree_->setStyleSheet(u"QTreeView::item { min-height: %1px; }"_s.arg(TouchHeight(factor)));
+  tree_->setFont(TouchFont(factor));  // a widget with a sheet takes no font from its parent
   layout->addWidget(tree_, 1);
   auto* buttons = new QDialogButtonBox;
   QPushButton* ok = buttons->addButton(u"OK"_s, QDialogButtonBox::AcceptRole);
