@@ -37,7 +37,7 @@ TEST(TabListMenu, ListsPositionsOneTo99AndBringsTheChosenToTheFront) {
   for (const int command : {40700, 40800, 40801}) EXPECT_FALSE(RunTabListCommand(bar, command));
   while (bar.Count() > 3) bar.CloseTabAt(bar.Count() - 1);
   EXPECT_FALSE(RunTabListCommand(bar, 40703));  // gone meanwhile
-  EXPECT_EQ(bar.Current(), 2);
+  EXPECT_TRUE(RunTabListCommand(bar, 40701) && bar.Current() == 1);
 }
 
 }  // namespace
