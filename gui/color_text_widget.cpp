@@ -1,4 +1,5 @@
 #include "gui/color_text_widget.h"
+#include "gui/text_view_look.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -37,7 +38,7 @@ QColor FromColourRef(quint32 colour) {
   return QColor(int(colour & 0xff), int((colour >> 8) & 0xff), int((colour >> 16) & 0xff));
 }
 
-using Palette16 = std::array<QColor, 16>;
+}  // namespace
 
 // The sixteen colours the colour codes select; the shipped ones when the value is damaged.
 Palette16 CodeColours(const SettingsStore& settings) {
@@ -52,6 +53,8 @@ Palette16 CodeColours(const SettingsStore& settings) {
   return colours;
 }
 
+namespace {
+
 // Every byte moves level tenths of the way to white, so text stays readable on top.
 QImage BlendTowardsWhite(QImage image, int level) {
   image = image.convertToFormat(QImage::Format_RGB32);
@@ -63,6 +66,8 @@ QImage BlendTowardsWhite(QImage image, int level) {
   }
   return image;
 }
+
+}  // namespace
 
 // One blended copy for all views. It is loaded again when the file or the settings name
 // another picture, or the file itself changed.
@@ -88,6 +93,8 @@ QImage BackgroundPicture(const SettingsStore& settings) {
   }
   return cache.picture;
 }
+
+namespace {
 
 // Advances of single UTF-16 units in pages of 256, made when a character of the page is
 // first measured: most conversations touch one or two pages.
