@@ -33,7 +33,7 @@ int FreeLoopbackPort() {
   return port;
 }
 
-NgircdServer::NgircdServer() : port_(FreeLoopbackPort()) {
+NgircdServer::NgircdServer(bool tls) : port_(FreeLoopbackPort()), tlsPort_(tls ? FreeLoopbackPort() : 0) {
   QFile::setPermissions(dir_.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
                                          QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther |
                                          QFile::ExeOther);
@@ -42,7 +42,43 @@ NgircdServer::NgircdServer() : port_(FreeLoopbackPort()) {
             u"[Global]\nName = irc.test.local\nInfo = Tolv test server\nListen = 127.0.0.1\n"
             u"Ports = %1\nMotdFile = %2/motd\n[Limits]\nMaxConnectionsIP = 0\nPingTimeout = 3\n"
             u"PongTimeout = 5\n[Options]\nDNS = no\nIdent = no\nPAM = no\n"
-            u"[Operator]\nName = tolvtest\nPassword = secret\n"_s.arg(port_).arg(dir_.path()).toUtf8());
+            u"[Operator]\nName = tolvtest\nPassword = secret\n"_s.arg(port_).arg(dir_.path()).toUtf8() +
+                (tls ? u"[SSL]\nCertFile = %1/cert.pem\nKeyFile = %1/key.pem\nDHFile = %1/dh.pem\nPorts = %2\n"_s.arg(dir_.path())
+                           .arg(tlsPort_).toUtf8()
+                     : QByteArray()));
+  if (tls) NewCertificate();
+}
+
+namespace {
+
+// The openssl command's standard output, empty when it failed.
+QByteArray RunOpenssl(const QStringList& arguments) {
+  QProcess openssl;
+  openssl.start(u"openssl"_s, arguments);
+  if (!openssl.waitForFinished(20000) || openssl.exitCode() != 0) return {};
+  return openssl.readAllStandardOutput();
+}
+
+}  // namespace
+
+bool NgircdServer::NewCertificate() {
+  // A named group: without it ngircd spends seconds generating parameters at each start.
+  const QString dh = dir_.path() + u"/dh.pem"_s;
+  RunOpenssl({u"genpkey"_s, u"-genparam"_s, u"-algorithm"_s, u"DH"_s, u"-pkeyopt"_s, u"group:ffdhe2048"_s, u"-out"_s, dh});
+  const QString key = dir_.path() + u"/key.pem"_s;
+  RunOpenssl({u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:prime256v1"_s,
+              u"-nodes"_s, u"-days"_s, u"2"_s, u"-subj"_s, u"/CN=irc.test.local"_s, u"-keyout"_s, key,
+              u"-out"_s, CertificatePath()});
+  // Read by ngircd after it has dropped root.
+  for (const QString& file : {dh, key, CertificatePath()})
+    QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+  return !OpensslFingerprint(CertificatePath()).isEmpty();
+}
+
+QString OpensslFingerprint(const QString& certificatePath) {
+  const QByteArray out = RunOpenssl({u"x509"_s, u"-in"_s, certificatePath, u"-noout"_s, u"-fingerprint"_s, u"-sha256"_s});
+  const qsizetype equals = out.indexOf('=');
+  return equals < 0 ? QString() : QString::fromLatin1(out.mid(equals + 1).trimmed());
 }
 
 bool NgircdServer::Start() {
@@ -54,7 +90,7 @@ bool NgircdServer::Start() {
   process_->start(binary, {u"-n"_s, u"-f"_s, dir_.path() + u"/ngircd.conf"_s});
   if (!process_->waitForStarted(5000)) return false;
   for (const QDeadlineTimer deadline(5000); !deadline.hasExpired(); QThread::msleep(20)) {
-    if (Accepts(port_)) return true;
+    if (Accepts(port_) && (tlsPort_ == 0 || Accepts(tlsPort_))) return true;
     if (process_->state() == QProcess::NotRunning) return false;
   }
   return false;
