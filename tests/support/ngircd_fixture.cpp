@@ -51,10 +51,10 @@ NgircdServer::NgircdServer(bool tls) : port_(FreeLoopbackPort()), tlsPort_(tls ?
 
 namespace {
 
-// The openssl command's standard output, empty when it failed.
-QByteArray RunOpenssl(const QStringList& arguments) {
+// The openssl command's output, empty when it failed. (The temporary folder has no blanks.)
+QByteArray RunOpenssl(const QString& arguments) {
   QProcess openssl;
-  openssl.start(u"openssl"_s, arguments);
+  openssl.start(u"openssl"_s, arguments.split(u' '));
   if (!openssl.waitForFinished(20000) || openssl.exitCode() != 0) return {};
   return openssl.readAllStandardOutput();
 }
@@ -62,23 +62,19 @@ QByteArray RunOpenssl(const QStringList& arguments) {
 }  // namespace
 
 bool NgircdServer::NewCertificate() {
+  const QString dir = dir_.path();
   // A named group: without it ngircd spends seconds generating parameters at each start.
-  const QString dh = dir_.path() + u"/dh.pem"_s;
-  RunOpenssl({u"genpkey"_s, u"-genparam"_s, u"-algorithm"_s, u"DH"_s, u"-pkeyopt"_s, u"group:ffdhe2048"_s, u"-out"_s, dh});
-  const QString key = dir_.path() + u"/key.pem"_s;
-  RunOpenssl({u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:prime256v1"_s,
-              u"-nodes"_s, u"-days"_s, u"2"_s, u"-subj"_s, u"/CN=irc.test.local"_s, u"-keyout"_s, key,
-              u"-out"_s, CertificatePath()});
-  // Read by ngircd after it has dropped root.
-  for (const QString& file : {dh, key, CertificatePath()})
-    QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
-  return !OpensslFingerprint(CertificatePath()).isEmpty();
+  RunOpenssl(u"genpkey -genparam -algorithm DH -pkeyopt group:ffdhe2048 -out %1/dh.pem"_s.arg(dir));
+  RunOpenssl(u"req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 2 "
+             u"-subj /CN=irc.test.local -keyout %1/key.pem -out %1/cert.pem"_s.arg(dir));
+  for (const QString& file : {u"dh.pem"_s, u"key.pem"_s, u"cert.pem"_s})  // read by ngircd after it dropped root
+    QFile::setPermissions(dir + u'/' + file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+  return !CertificateFingerprint().isEmpty();
 }
 
-QString OpensslFingerprint(const QString& certificatePath) {
-  const QByteArray out = RunOpenssl({u"x509"_s, u"-in"_s, certificatePath, u"-noout"_s, u"-fingerprint"_s, u"-sha256"_s});
-  const qsizetype equals = out.indexOf('=');
-  return equals < 0 ? QString() : QString::fromLatin1(out.mid(equals + 1).trimmed());
+QString NgircdServer::CertificateFingerprint() const {
+  const QByteArray out = RunOpenssl(u"x509 -noout -fingerprint -sha256 -in %1/cert.pem"_s.arg(dir_.path()));
+  return QString::fromLatin1(out.mid(out.indexOf('=') + 1).trimmed());  // "sha256 Fingerprint=AB:..."
 }
 
 bool NgircdServer::Start() {

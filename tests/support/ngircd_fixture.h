@@ -10,8 +10,7 @@
 
 class NgircdServer {
  public:
-  // With `tls`, the server also listens with TLS on TlsPort(), showing a self-signed
-  // certificate for "irc.test.local" made by NewCertificate.
+  // With `tls`, also TLS on TlsPort() with a self-signed certificate for "irc.test.local".
   explicit NgircdServer(bool tls = false);
   ~NgircdServer() { Stop(); }
   // False when ngircd is missing or not accepting within five seconds. Again after Stop:
@@ -20,10 +19,10 @@ class NgircdServer {
   void Stop();
   int Port() const { return port_; }
   int TlsPort() const { return tlsPort_; }
-  // A fresh key and certificate, shown from the next Start; false when the openssl command
-  // failed. CertificatePath() is the PEM certificate.
+  // A fresh key and certificate for the next Start; false when openssl failed.
   bool NewCertificate();
-  QString CertificatePath() const { return dir_.path() + QStringLiteral("/cert.pem"); }
+  // Its SHA-256 fingerprint as openssl prints it ("AB:CD:..."); empty when unreadable.
+  QString CertificateFingerprint() const;
 
  private:
   QTemporaryDir dir_;
@@ -31,10 +30,6 @@ class NgircdServer {
   int port_ = 0;
   int tlsPort_ = 0;
 };
-
-// The SHA-256 fingerprint of a PEM certificate as the openssl command prints it
-// ("AB:CD:..."), empty when it cannot be read.
-QString OpensslFingerprint(const QString& certificatePath);
 
 // A free TCP port on 127.0.0.1 (bound and released at once).
 int FreeLoopbackPort();
