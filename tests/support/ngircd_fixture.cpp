@@ -49,17 +49,13 @@ NgircdServer::NgircdServer(bool tls) : port_(FreeLoopbackPort()), tlsPort_(tls ?
   if (tls) NewCertificate();
 }
 
-namespace {
-
 // The openssl command's output, empty when it failed. (The temporary folder has no blanks.)
-QByteArray RunOpenssl(const QString& arguments) {
+static QByteArray RunOpenssl(const QString& arguments) {
   QProcess openssl;
   openssl.start(u"openssl"_s, arguments.split(u' '));
   if (!openssl.waitForFinished(20000) || openssl.exitCode() != 0) return {};
   return openssl.readAllStandardOutput();
 }
-
-}  // namespace
 
 bool NgircdServer::NewCertificate() {
   const QString dir = dir_.path();
