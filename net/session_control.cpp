@@ -131,8 +131,9 @@ void SessionControl::FinishConnect(quint64 attempt, int socket, int error, const
                                    const QString& password, const std::shared_ptr<TlsLink>& tls) {
   ctx_.shell.SetBusy(false);
   if (tls) {
+    QPointer<SessionControl> alive(this);
     const QString refusal = TlsRefusal(*tls, host);
-    if (attempt_ != attempt) return;  // the user cancelled while being asked
+    if (!alive || attempt_ != attempt) return;  // closed or cancelled while the user was asked
     if (!refusal.isEmpty()) {
       ctx_.PrintStatus(refusal, LineStyle::Info);
       return FailConnect();
@@ -184,8 +185,11 @@ QString SessionControl::TlsRefusal(const TlsLink& tls, const QString& host) {
   const QString pins = TlsPinsPath(ctx_.settings);
   if (tls.verified || IsPinned(pins, host, tls.fingerprint)) return {};
   const QString question = QString::fromLatin1(kTrustText).arg(tls.reason, tls.subject, tls.fingerprint);
-  if (tls.fingerprint.isEmpty() || !ctx_.shell.AskYesNo(QString::fromLatin1(kTrustTitle).arg(host), question))
-    return QString::fromLatin1(kNotTrustedText) + tls.reason;
+  QPointer<SessionControl> alive(this);
+  const bool trusted = !tls.fingerprint.isEmpty() &&
+                       ctx_.shell.AskYesNo(QString::fromLatin1(kTrustTitle).arg(host), question);
+  if (!alive) return {};
+  if (!trusted) return QString::fromLatin1(kNotTrustedText) + tls.reason;
   if (!Pin(pins, host, tls.fingerprint))
     ctx_.PrintStatus(QString::fromLatin1(kPinNotSavedText).arg(pins), LineStyle::Info);
   return {};

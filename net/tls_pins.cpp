@@ -14,13 +14,13 @@ struct PinLine {
   QByteArray host, fingerprint;
 };
 
-// Lines without a TAB (a hand edit gone wrong) are dropped rather than guessed at.
+// Lines without a TAB (a hand edit gone wrong) are dropped rather than guessed at; a CR
+// before the LF goes with the trimming.
 QList<PinLine> ReadPins(const QString& path) {
   QFile file(path);
   QList<PinLine> pins;
   if (!file.open(QIODevice::ReadOnly)) return pins;
-  for (QByteArray line : file.readAll().split('\n')) {
-    if (line.endsWith('\r')) line.chop(1);
+  for (const QByteArray& line : file.readAll().split('\n')) {
     const qsizetype tab = line.indexOf('\t');
     if (tab > 0) pins.append({line.left(tab), line.mid(tab + 1).trimmed().toUpper()});
   }
