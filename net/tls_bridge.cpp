@@ -2,6 +2,7 @@
 // without blocking and one poll waits for whatever the pump is waiting for, so neither
 // direction holds the other up and an idle link costs no CPU.
 
+#include "net/no_sigpipe.h"
 #include "net/socket_transport.h"
 #include "net/tls_link.h"
 
@@ -80,6 +81,7 @@ TlsBridge::~TlsBridge() {
 // Runs until either side ends; then the session's socket reads end of file and the TLS
 // connection is gone.
 void TlsBridge::Pump() {
+  const NoSigpipe noSigpipe;
   SSL* ssl = link_->ssl_;
   const int server = link_->socket_;
   QByteArray toSession, toServer;

@@ -1,5 +1,6 @@
 #include "net/tls_link.h"
 
+#include "net/no_sigpipe.h"
 #include "net/socket_transport.h"
 
 #include <openssl/err.h>
@@ -21,19 +22,18 @@ namespace {
 constexpr auto kTimedOut = "no answer from the server in time";
 constexpr auto kClosed = "the server closed the connection";
 
-// One context for every connection: the system's CAs are loaded once.
-SSL_CTX* SharedContext() {
-  static const std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)> context = [] {
-    SSL_CTX* made = SSL_CTX_new(TLS_client_method());
-    if (made) {
-      SSL_CTX_set_min_proto_version(made, TLS1_2_VERSION);
-      SSL_CTX_set_default_verify_paths(made);
-      // The chain is still checked and its result kept; the decision comes later.
-      SSL_CTX_set_verify(made, SSL_VERIFY_NONE, nullptr);
-    }
-    return std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)>(made, &SSL_CTX_free);
-  }();
-  return context.get();
+// A context per connection: the system's CAs are read at each connect (on the worker
+// thread), so a renewed CA bundle counts without a restart. The SSL object keeps it.
+SSL* NewConnection() {
+  SSL_CTX* context = SSL_CTX_new(TLS_client_method());
+  if (!context) return nullptr;
+  SSL_CTX_set_min_proto_version(context, TLS1_2_VERSION);
+  SSL_CTX_set_default_verify_paths(context);
+  // The chain is still checked and its result kept; the decision comes later.
+  SSL_CTX_set_verify(context, SSL_VERIFY_NONE, nullptr);
+  SSL* ssl = SSL_new(context);
+  SSL_CTX_free(context);
+  return ssl;
 }
 
 // OpenSSL's reason for the last failure, without its code prefix.
@@ -42,6 +42,17 @@ QString LastSslError(const char* otherwise) {
   ERR_clear_error();
   const char* reason = code ? ERR_reason_error_string(code) : nullptr;
   return QString::fromUtf8(reason ? reason : otherwise);
+}
+
+// A server gone during the handshake is told one way, whichever side noticed it first (a
+// read at end of file, a write after its close, a reset).
+QString HandshakeFailure(int sslError) {
+  if (sslError == SSL_ERROR_SYSCALL || sslError == SSL_ERROR_ZERO_RETURN ||
+      ERR_GET_REASON(ERR_peek_last_error()) == SSL_R_UNEXPECTED_EOF_WHILE_READING) {
+    ERR_clear_error();
+    return QString::fromLatin1(kClosed);
+  }
+  return LastSslError(kClosed);
 }
 
 // A name gets SNI and a name check; a dotted address gets an address check and no SNI.
@@ -103,8 +114,8 @@ TlsLink::~TlsLink() {
 }
 
 std::shared_ptr<TlsLink> HandshakeTls(int socket, const QByteArray& host, Clock::time_point deadline) {
-  SSL_CTX* context = SharedContext();
-  auto link = std::make_shared<TlsLink>(socket, context ? SSL_new(context) : nullptr);
+  const NoSigpipe noSigpipe;
+  auto link = std::make_shared<TlsLink>(socket, NewConnection());
   link->localAddress = LocalAddress(socket);
   SSL* ssl = link->ssl_;
   const int flags = fcntl(socket, F_GETFL);
@@ -120,7 +131,7 @@ std::shared_ptr<TlsLink> HandshakeTls(int socket, const QByteArray& host, Clock:
     if (done == 1) break;
     const int error = SSL_get_error(ssl, done);
     if (error != SSL_ERROR_WANT_READ && error != SSL_ERROR_WANT_WRITE) {
-      link->failure = LastSslError(kClosed);
+      link->failure = HandshakeFailure(error);
       return link;
     }
     if (!WaitFor(socket, error, deadline)) {
