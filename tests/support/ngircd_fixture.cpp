@@ -57,12 +57,13 @@ static QByteArray RunOpenssl(const QString& arguments) {
   return openssl.readAllStandardOutput();
 }
 
-bool NgircdServer::NewCertificate() {
-  const QString dir = dir_.path();
+bool NgircdServer::NewCertificate(const QString& altName) {
+  const QString dir = dir_.path(), ec = u"req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 2 "_s;
+  if (!altName.isEmpty() && !QFile::exists(CaPath())) RunOpenssl(ec + u"-subj /CN=Tolv-CA -keyout %1/ca-key.pem -out %2"_s.arg(dir, CaPath()));
   // A named group: without it ngircd spends seconds generating parameters at each start.
   RunOpenssl(u"genpkey -genparam -algorithm DH -pkeyopt group:ffdhe2048 -out %1/dh.pem"_s.arg(dir));
-  RunOpenssl(u"req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 2 "
-             u"-subj /CN=irc.test.local -keyout %1/key.pem -out %1/cert.pem"_s.arg(dir));
+  RunOpenssl(ec + u"-subj /CN=irc.test.local -keyout %1/key.pem -out %1/cert.pem"_s.arg(dir) +
+             (altName.isEmpty() ? QString() : u" -CA %1 -CAkey %2/ca-key.pem -addext subjectAltName=%3"_s.arg(CaPath(), dir, altName)));
   for (const QString& file : {u"dh.pem"_s, u"key.pem"_s, u"cert.pem"_s})  // read by ngircd after it dropped root
     QFile::setPermissions(dir + u'/' + file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
   return !CertificateFingerprint().isEmpty();

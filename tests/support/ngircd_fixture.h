@@ -19,8 +19,10 @@ class NgircdServer {
   void Stop();
   int Port() const { return port_; }
   int TlsPort() const { return tlsPort_; }
-  // A fresh key and certificate for the next Start; false when openssl failed.
-  bool NewCertificate();
+  // A fresh key and certificate for the next Start; false when openssl failed. With a
+  // subject alternative name ("IP:127.0.0.1") it is signed by a CA of its own (CaPath()).
+  bool NewCertificate(const QString& altName = {});
+  QString CaPath() const { return dir_.path() + QStringLiteral("/ca.pem"); }
   // Its SHA-256 fingerprint as openssl prints it ("AB:CD:..."); empty when unreadable.
   QString CertificateFingerprint() const;
 
