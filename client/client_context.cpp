@@ -50,4 +50,4 @@ QString ClientContext::OwnNick() const {
 
 bool ClientContext::IsIgnoredNick(QStringView nick) { return IsIgnored(*this, nick); }
 
-quint32 ClientContext::ServerSideAddress() const { return LocalAddress(session.serverSocket); }
+quint32 ClientContext::ServerSideAddress() const { return ServerLinkAddress(session); }

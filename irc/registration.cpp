@@ -28,7 +28,7 @@ bool IsAuthNotice(const ServerMessage& message) {
 void LearnOwnAddress(ClientContext& ctx, const QString& nick) {
   if (!TestFlag(ctx.settings, u"DCC", kDccAutoAddress)) return;
   if (TestFlag(ctx.settings, u"DCC", kDccServerLookup)) return ctx.SendToServer(u"USERHOST "_s + nick);
-  const quint32 address = LocalAddress(ctx.session.serverSocket);
+  const quint32 address = ServerLinkAddress(ctx.session);
   if (address == 0) return;
   const QString dotted = DottedAddress(address);
   ctx.settings.SetString(u"LocalHost", dotted, int(dotted.size()) + 1);

@@ -190,7 +190,7 @@ bool SaveServerList(const ServerList& list, const QString& path) {
 }
 
 bool GetSelectedServer(const SettingsStore& store, QByteArray& host, QByteArray& password,
-                       int& port) {
+                       int& port, bool* tls) {
   const ServerList list = LoadServerList(ServerListPath(store));
   const ServerEntry* entry = SelectedEntry(list, store);
   if (!entry)
@@ -198,12 +198,14 @@ bool GetSelectedServer(const SettingsStore& store, QByteArray& host, QByteArray&
   // The device went on to connect to port -1 (65535 once cut to 16 bits); a list that
   // yields no port is treated like no server at all, and the caller shows the same
   // "select the server" error.
-  const int drawn = PickPort(entry->ports);
-  if (drawn < 0)
+  const PortChoice drawn = PickServerPort(entry->ports);
+  if (drawn.port < 0)
     return false;
   host = entry->server.toUtf8();
   password = entry->password.toUtf8();
-  port = drawn;
+  port = drawn.port;
+  if (tls)
+    *tls = drawn.tls;
   return true;
 }
 
@@ -218,15 +220,17 @@ std::optional<QString> SelectedServerHost(const SettingsStore& store) {
 std::vector<PortRange> ParsePortList(QStringView ports) {
   std::vector<PortRange> ranges;
   for (QStringView piece : ports.split(u',')) {
+    // The number reader takes the "+" as a sign, so the ports themselves are unchanged.
+    const bool tls = piece.trimmed().startsWith(u'+');
     const qsizetype dash = piece.indexOf(u'-');
     if (dash < 0) {
-      ranges.push_back({ReadNumber(piece), 1});
+      ranges.push_back({ReadNumber(piece), 1, tls});
       continue;
     }
     const qint64 first = ReadNumber(piece.first(dash));
     const qint64 last = ReadNumber(piece.sliced(dash + 1));
     if (first < last)
-      ranges.push_back({first, last - first + 1});
+      ranges.push_back({first, last - first + 1, tls});
   }
   return ranges;
 }
@@ -238,22 +242,35 @@ qint64 PortCount(const std::vector<PortRange>& ranges) {
   return count;
 }
 
-int PortAt(const std::vector<PortRange>& ranges, qint64 index) {
+namespace {
+
+// The range holding the port at `index`, and the index within it; nullptr past the end.
+const PortRange* RangeOf(const std::vector<PortRange>& ranges, qint64& index) {
   for (const PortRange& range : ranges) {
     if (index < range.count)
-      return static_cast<int>(range.first + index);
+      return &range;
     index -= range.count;
   }
-  return -1;
+  return nullptr;
+}
+
+}  // namespace
+
+int PortAt(const std::vector<PortRange>& ranges, qint64 index) {
+  const PortRange* range = RangeOf(ranges, index);
+  return range ? static_cast<int>(range->first + index) : -1;
 }
 
 // Every port read is 0 or more: a piece holding a minus sign is a range, and the text
 // before its first "-" cannot hold another. So -1 never stands for a real port.
-int PickPort(QStringView ports) {
+PortChoice PickServerPort(QStringView ports) {
   const std::vector<PortRange> ranges = ParsePortList(ports);
   const qint64 count = PortCount(ranges);
   if (count == 0)
-    return -1;
-  const quint64 index = QRandomGenerator::global()->bounded(static_cast<quint64>(count));
-  return PortAt(ranges, static_cast<qint64>(index));
+    return {};
+  qint64 index = static_cast<qint64>(QRandomGenerator::global()->bounded(static_cast<quint64>(count)));
+  const PortRange* range = RangeOf(ranges, index);
+  return {static_cast<int>(range->first + index), range->tls};
 }
+
+int PickPort(QStringView ports) { return PickServerPort(ports).port; }

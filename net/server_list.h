@@ -75,21 +75,29 @@ bool SaveServerList(const ServerList& list, const QString& path);
 // and one port drawn from its list. False when the index is no entry, and also when the
 // port list yields no port: the connect then refuses with the same error as for no
 // server selected instead of connecting to port -1.
+// `tls` (when asked for) tells whether the drawn port was written with a leading "+".
 bool GetSelectedServer(const SettingsStore& store, QByteArray& host, QByteArray& password,
-                       int& port);
+                       int& port, bool* tls = nullptr);
 // The selected entry's server text, used as the prefix of server lines that have none.
 std::optional<QString> SelectedServerHost(const SettingsStore& store);
 
 // A port list is pieces separated by ",": "a-b" adds a..b when a < b (nothing
 // otherwise), any other piece adds its number (0 when it has none). Ranges are kept as
-// ranges so that "1-2000000000" costs no memory.
+// ranges so that "1-2000000000" costs no memory. A piece starting with "+" ("+6697",
+// "+6697-6699") names ports that speak TLS.
 struct PortRange {
   qint64 first = 0;
   qint64 count = 0;
+  bool tls = false;
 };
 std::vector<PortRange> ParsePortList(QStringView ports);
 qint64 PortCount(const std::vector<PortRange>& ranges);
 // The port at `index` (0 <= index < PortCount) in list order.
 int PortAt(const std::vector<PortRange>& ranges, qint64 index);
 // One port of the list drawn uniformly, -1 when the list yields none.
+struct PortChoice {
+  int port = -1;
+  bool tls = false;
+};
+PortChoice PickServerPort(QStringView ports);
 int PickPort(QStringView ports);

@@ -22,4 +22,12 @@ struct Session {
   QString serverHost;            // the selected server, the prefix of lines without one
   // The token of our own keep-alive PING while its PONG is due: that reply is not shown.
   QString keepAliveToken;
+  // Over TLS the server socket is the session's end of a local pair: the address the
+  // TCP connection leaves from is kept here (0 without TLS).
+  quint32 tlsLocalAddress = 0;
 };
+
+// The address our end of the server connection has (offered in DCC), 0 when unknown.
+inline quint32 ServerLinkAddress(const Session& session) {
+  return session.tlsLocalAddress != 0 ? session.tlsLocalAddress : LocalAddress(session.serverSocket);
+}

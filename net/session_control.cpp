@@ -6,6 +6,8 @@
 #include "net/identd.h"
 #include "net/server_list.h"
 #include "net/socket_errors.h"
+#include "net/tls_link.h"
+#include "net/tls_pins.h"
 #include "settings/settings_flags.h"
 #include "settings/settings_store.h"
 #include "views/output_path.h"
@@ -24,6 +26,13 @@ namespace {
 
 constexpr auto kNoServerText = "Select the IRC server first!~";
 constexpr auto kUserOptionsText = "First fill in the user options!";
+constexpr auto kTlsFailedText = "* TLS: handshake failed: ";
+constexpr auto kNotTrustedText = "* TLS: certificate not trusted: ";
+constexpr auto kTrustTitle = "Trust this certificate for %1?";
+constexpr auto kTrustText = "It could not be verified: %1. Subject: %2. SHA-256 fingerprint: %3";
+constexpr auto kPinNotSavedText = "* TLS: the trusted certificate could not be saved in %1";
+constexpr auto kNoBridgeText = "* TLS: the connection could not be set up";
+constexpr auto kConnectedText = "* Connected with TLS (%1, %2)";
 // Linux's boot-time clock: unlike the monotonic one it keeps running while suspended.
 std::chrono::milliseconds SinceBoot() {
   timespec now{};
@@ -45,6 +54,7 @@ SessionControl::SessionControl(ClientContext& ctx, QObject* parent) : QObject(pa
 SessionControl::~SessionControl() {
   StopWatching();
   CloseSocketQuietly(ctx_.session.serverSocket);
+  tlsBridge_.reset();
   CloseSocketQuietly(ctx_.session.identdSocket);
   ctx_.session.serverSocket = ctx_.session.identdSocket = kNoSocket;
 }
@@ -83,7 +93,8 @@ void SessionControl::Connect() {
 
   QByteArray host, password;
   int port = -1;
-  if (!GetSelectedServer(ctx_.settings, host, password, port)) {
+  bool tls = false;
+  if (!GetSelectedServer(ctx_.settings, host, password, port, &tls)) {
     ctx_.shell.ShowMessage(u"Error!"_s, QString::fromLatin1(kNoServerText));
     return;
   }
@@ -96,27 +107,45 @@ void SessionControl::Connect() {
   const quint64 attempt = ++attempt_;
   QPointer<SessionControl> self(this);
   const QString hostText = session.serverHost, passwordText = QString::fromUtf8(password);
-  std::thread([self, attempt, host, port, hostText, passwordText, timeout = connectTimeout] {
-    const ConnectResult result = ConnectToServer(host, port, timeout);
+  std::thread([self, attempt, host, port, tls, hostText, passwordText, timeout = connectTimeout] {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    ConnectResult result = ConnectToServer(host, port, timeout);
+    std::shared_ptr<TlsLink> link;
+    if (tls && result.socket != kNoSocket) link = HandshakeTls(std::exchange(result.socket, kNoSocket), host, deadline);
     // Posted to the application object, which outlives this control: a control that is
     // gone by then is noticed on the main thread, where the pointer can be trusted.
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
-        [self, attempt, result, hostText, port, passwordText] {
+        [self, attempt, result, link, hostText, port, passwordText] {
           if (!self || self->attempt_ != attempt) {
             CloseSocketQuietly(result.socket);
             return;
           }
-          self->FinishConnect(result.socket, result.error, hostText, port, passwordText);
+          self->FinishConnect(attempt, result.socket, result.error, hostText, port, passwordText, link);
         },
         Qt::QueuedConnection);
   }).detach();
 }
 
-void SessionControl::FinishConnect(int socket, int error, const QString& host, int port,
-                                   const QString& password) {
-  connecting_ = false;
+void SessionControl::FinishConnect(quint64 attempt, int socket, int error, const QString& host, int port,
+                                   const QString& password, const std::shared_ptr<TlsLink>& tls) {
   ctx_.shell.SetBusy(false);
+  if (tls) {
+    QPointer<SessionControl> alive(this);
+    const QString refusal = TlsRefusal(*tls, host);
+    if (!alive || attempt_ != attempt) return;  // closed or cancelled while the user was asked
+    if (!refusal.isEmpty()) {
+      ctx_.PrintStatus(refusal, LineStyle::Info);
+      return FailConnect();
+    }
+    tlsBridge_ = TlsBridge::Start(tls, socket);
+    if (!tlsBridge_) {
+      ctx_.PrintStatus(QString::fromLatin1(kNoBridgeText), LineStyle::Info);
+      return FailConnect();
+    }
+    ctx_.session.tlsLocalAddress = tls->localAddress;
+  }
+  connecting_ = false;
   if (socket == kNoSocket) {
     ctx_.shell.ShowConnectionState(false);
     ctx_.ReportSocketError(error);
@@ -130,6 +159,8 @@ void SessionControl::FinishConnect(int socket, int error, const QString& host, i
     emit connectFinished(false);
     return;
   }
+  if (tls)
+    ctx_.PrintStatus(QString::fromLatin1(kConnectedText).arg(tls->protocol, tls->cipher), LineStyle::Info);
   reconnectTimer_.stop();
   pollTimer_.start();
   ctx_.session.connected = true;
@@ -138,6 +169,30 @@ void SessionControl::FinishConnect(int socket, int error, const QString& host, i
   keepAliveSent_ = {};
   WatchSocket(socket);
   emit connectFinished(true);
+}
+
+void SessionControl::FailConnect() {
+  connecting_ = false;
+  ctx_.shell.ShowConnectionState(false);
+  emit connectFinished(false);
+}
+
+// Empty when the link may carry the session: a verified certificate, the one pinned for
+// this host, or one the user trusts now (and which is pinned from then on). Else the
+// Status line that says why not.
+QString SessionControl::TlsRefusal(const TlsLink& tls, const QString& host) {
+  if (!tls.failure.isEmpty()) return QString::fromLatin1(kTlsFailedText) + tls.failure;
+  const QString pins = TlsPinsPath(ctx_.settings);
+  if (tls.verified || IsPinned(pins, host, tls.fingerprint)) return {};
+  const QString question = QString::fromLatin1(kTrustText).arg(tls.reason, tls.subject, tls.fingerprint);
+  QPointer<SessionControl> alive(this);
+  const bool trusted = !tls.fingerprint.isEmpty() &&
+                       ctx_.shell.AskYesNo(QString::fromLatin1(kTrustTitle).arg(host), question);
+  if (!alive) return {};
+  if (!trusted) return QString::fromLatin1(kNotTrustedText) + tls.reason;
+  if (!Pin(pins, host, tls.fingerprint))
+    ctx_.PrintStatus(QString::fromLatin1(kPinNotSavedText).arg(pins), LineStyle::Info);
+  return {};
 }
 
 void SessionControl::AfterRegistrationFailure() {
@@ -176,6 +231,8 @@ void SessionControl::Disconnect() {
   StopWatching();
   if (ctx_.session.serverSocket != kNoSocket) CloseSocket(ctx_.session.serverSocket, ctx_);
   ctx_.session.serverSocket = kNoSocket;
+  tlsBridge_.reset();  // the closed socket has ended its thread, or this ends it
+  ctx_.session.tlsLocalAddress = 0;
   if (ctx_.session.identdSocket != kNoSocket) CloseSocket(ctx_.session.identdSocket, ctx_);
   ctx_.session.identdSocket = kNoSocket;
   const quint32 colour = ctx_.Colour(LineStyle::Info);

@@ -10,6 +10,11 @@
 //
 // Resolving and connecting run on a worker thread with a time-out, so the window never
 // freezes; the server socket is read as soon as it is readable, and the tick still polls.
+//
+// A port written with a leading "+" speaks TLS: the handshake runs on the same worker
+// thread within the same time-out, the certificate is judged on this thread (asking the
+// user when it cannot be verified and is not pinned), and a bridge thread carries the
+// bytes, so everything above the socket is the same with and without TLS.
 
 #include <QObject>
 #include <QTimer>
@@ -20,6 +25,8 @@
 
 class ClientContext;
 class QSocketNotifier;
+class TlsBridge;
+class TlsLink;
 
 class SessionControl : public QObject {
   Q_OBJECT
@@ -60,8 +67,10 @@ class SessionControl : public QObject {
   void connectionEnded();
 
  private:
-  void FinishConnect(int socket, int error, const QString& host, int port,
-                     const QString& password);
+  void FinishConnect(quint64 attempt, int socket, int error, const QString& host, int port,
+                     const QString& password, const std::shared_ptr<TlsLink>& tls);
+  QString TlsRefusal(const TlsLink& tls, const QString& host);
+  void FailConnect();
   void ReadServer(std::chrono::microseconds firstWait, std::chrono::microseconds drainWait);
   void EndConnection();
   void WatchSocket(int socket);
@@ -74,6 +83,7 @@ class SessionControl : public QObject {
   QTimer pollTimer_;
   QTimer reconnectTimer_;
   std::unique_ptr<QSocketNotifier> notifier_;
+  std::unique_ptr<TlsBridge> tlsBridge_;  // over TLS: carries the server socket's bytes
   bool connecting_ = false;
   bool identdFailureShown_ = false;
   quint64 attempt_ = 0;  // a late connect result of a cancelled attempt is discarded

@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   g++ cmake ninja-build pkg-config
-  qt6-base-dev qt6-multimedia-dev qt6-svg-dev libgl-dev
+  qt6-base-dev qt6-multimedia-dev qt6-svg-dev libgl-dev libssl-dev openssl
   libgtest-dev libgmock-dev libbenchmark-dev
   ngircd python3 irssi weechat-headless
   xvfb xdotool imagemagick fonts-dejavu-core
