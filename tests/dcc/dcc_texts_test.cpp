@@ -69,16 +69,16 @@ TEST_P(WireTest, SendsTheLinesByteForByte) {
 INSTANTIATE_TEST_SUITE_P(
     Requests, WireTest,
     ::testing::Values(
-        WireCase{"ChatOffer", DccRequest{DccRequestType::Chat, {}, 3232235777u, 5000, 0, 0},
+        WireCase{"ChatOffer", DccRequest{DccRequestType::Chat, {}, 3232235777u, 5000, 0, 0, {}},
                  "NOTICE bob :DCC Chat (192.168.1.1)\nPRIVMSG bob :\1DCC CHAT chat -1062731519 5000\1\n"},
         WireCase{"FileOfferBlanksBecomeUnderscores",
-                 DccRequest{DccRequestType::Send, u"my file.txt"_s, 3232235777u, 5000, 1536, 0},
+                 DccRequest{DccRequestType::Send, u"my file.txt"_s, 3232235777u, 5000, 1536, 0, {}},
                  "NOTICE bob :DCC Send my_file.txt (192.168.1.1)\n"
                  "PRIVMSG bob :\1DCC SEND \"my_file.txt\" -1062731519 5000 1536\1\n"},
         WireCase{"PassiveAnswerHasNoNotice",
                  DccRequest{DccRequestType::Send, u"f.txt"_s, 2130706433u, 6000, 7000000000, 0, u"17"_s},
                  "PRIVMSG bob :\1DCC SEND \"f.txt\" 2130706433 6000 7000000000 17\1\n"},
-        WireCase{"Resume", DccRequest{DccRequestType::Resume, u"f.txt"_s, 0, 5000, 0, 512},
+        WireCase{"Resume", DccRequest{DccRequestType::Resume, u"f.txt"_s, 0, 5000, 0, 512, {}},
                  "PRIVMSG bob :\1DCC RESUME \"f.txt\" 5000 512\1\n"},
         WireCase{"PassiveAccept", DccRequest{DccRequestType::Accept, u"f.txt"_s, 0, 0, 0, 512, u"9"_s},
                  "PRIVMSG bob :\1DCC ACCEPT \"f.txt\" 0 512 9\1\n"}),
