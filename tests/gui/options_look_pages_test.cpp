@@ -1,0 +1,237 @@
+// The "View", "Screen" and "Sounds" pages and "Select color": every control changed as a
+// finger would, then the values compared as they stand in settings.reg; and each page at
+// the pocket sizes, with screenshots to look at.
+
+#include "client/client_context.h"
+#include "gui/colour_picker_dialog.h"
+#include "gui/options_page.h"
+#include "gui/shell_window.h"
+#include "settings/colour_palette.h"
+#include "settings/settings_defaults.h"
+#include "settings/settings_store.h"
+#include "support/file_bytes.h"
+#include "support/test_app.h"
+#include "views/screen_metrics.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QSlider>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+#include <QTreeWidget>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class RecordingShell : public WindowShell {
+ public:
+  void PlaySound(const QString& file) override { played << file; }
+  QStringList played;
+};
+
+class LookPages : public testing::Test {
+ protected:
+  LookPages() {
+    InitialiseDefaults(settings);
+    for (const char* name : {"a.bmp", "b.png", "part.wav", "zap.wav", "notes.txt"}) WriteBytes(Home(name), "x");
+  }
+  QString Home(const char* name) const { return home.path() + u'/' + QString::fromLatin1(name); }
+  std::unique_ptr<OptionsPage> Make(OptionsPage* (*make)(const OptionsPageEnv&, QWidget*), int factor = 1) {
+    std::unique_ptr<OptionsPage> page(make(OptionsPageEnv{ctx, shell, factor}, nullptr));
+    page->Load();
+    return page;
+  }
+  // The lines of settings.reg that hold these values, in file order.
+  QStringList RegLines(const QStringList& names) const {
+    QStringList found;
+    for (const QString& line : QString::fromUtf8(ReadBytes(settings.FilePath())).split(u'\n'))
+      for (const QString& name : names)
+        if (line.startsWith(u'"' + name + u"\"="_s)) found << line;
+    return found;
+  }
+
+  QTemporaryDir home;
+  SettingsStore settings{home.path()};
+  RecordingShell shell;
+  ClientContext ctx{settings, shell};
+};
+
+template <typename T>
+T* Named(QWidget* page, const char* name) {
+  return page->findChild<T*>(QString::fromLatin1(name));
+}
+
+void Choose(QComboBox* combo, const QString& text) {
+  const int at = combo->findText(text);
+  ASSERT_GE(at, 0) << text.toStdString();
+  combo->setCurrentIndex(at);
+  emit combo->activated(at);
+}
+
+void TapRow(QListWidget* list, int row) {
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(row)).center());
+}
+
+QByteArray Colours(std::initializer_list<std::pair<int, quint32>> changes) {
+  QByteArray bytes = DefaultViewColours();
+  for (auto [entry, colour] : changes)
+    for (int k = 0; k < 4; ++k) bytes[entry * 4 + k] = char((colour >> (8 * k)) & 0xff);
+  return bytes;
+}
+
+TEST_F(LookPages, ScreenPageWritesEveryControl) {
+  settings.SetString(u"bmpfile", u"gone.bmp"_s, 500);
+  auto page = Make(MakeScreenPage);
+  auto* file = page->findChild<QComboBox*>();
+  EXPECT_EQ(file->currentText(), u"a.bmp"_s);  // the stored file is gone: the first
+  EXPECT_EQ(file->count(), 2);
+  EXPECT_FALSE(file->isEnabled());
+  page->findChild<QCheckBox*>()->click();
+  EXPECT_TRUE(file->isEnabled());
+  file->setCurrentIndex(1);
+  auto* blend = page->findChild<QSlider*>();
+  EXPECT_EQ(blend->value(), 6);
+  blend->setValue(3);
+  EXPECT_TRUE(page->findChild<QLabel*>()->text() == u"Blend: 30%"_s);
+  for (QRadioButton* radio : page->findChildren<QRadioButton*>())
+    if (radio->text() == u"Real-VGA"_s) radio->click();
+  page->Save();
+  EXPECT_EQ(RegLines({u"bmp"_s, u"bmpfile"_s, u"VGA"_s, u"bmpblend"_s}),
+            (QStringList{u"\"bmp\"=dword:00000001"_s, u"\"bmpfile\"=\"b.png\""_s,
+                         u"\"VGA\"=dword:00000001"_s, u"\"bmpblend\"=dword:00000003"_s}));
+}
+
+TEST_F(LookPages, SoundsPageWritesTheRowsAndPlaysWhileSoundsAreOff) {
+  settings.SetDword(u"snd_enable", 0);
+  auto page = Make(MakeSoundsPage);
+  auto* rows = Named<QTreeWidget>(page.get(), "events");
+  auto* sound = Named<QComboBox>(page.get(), "sound");
+  ASSERT_EQ(rows->topLevelItemCount(), 13);
+  EXPECT_EQ(rows->topLevelItem(12)->text(0), u"Devoice"_s);
+  EXPECT_EQ(sound->count(), 3);  // the empty entry, part.wav, zap.wav
+  rows->setCurrentItem(rows->topLevelItem(1));
+  EXPECT_EQ(sound->currentText(), u"part.wav"_s);
+  Choose(sound, u"zap.wav"_s);
+  Named<QPushButton>(page.get(), "play")->click();
+  rows->setCurrentItem(rows->topLevelItem(0));
+  EXPECT_EQ(sound->currentText(), QString());  // join.wav is not in the folder
+  Named<QPushButton>(page.get(), "play")->click();
+  EXPECT_EQ(shell.played, QStringList{Home("zap.wav")});
+  Choose(sound, u"zap.wav"_s);
+  rows->setCurrentItem(rows->topLevelItem(4));
+  Choose(sound, QString());
+  page->findChild<QCheckBox*>()->click();
+  page->Save();
+  EXPECT_EQ(RegLines({u"snd_enable"_s, u"join"_s, u"part"_s, u"notice"_s, u"ping"_s}),
+            (QStringList{u"\"snd_enable\"=dword:00000001"_s, u"\"join\"=\"zap.wav\""_s,
+                         u"\"part\"=\"zap.wav\""_s, u"\"notice\"=\"\""_s, u"\"ping\"=\"ping.wav\""_s}));
+}
+
+TEST_F(LookPages, ViewPageWritesColoursFacesAndSizes) {
+  const QStringList families = QFontDatabase::families();
+  ASSERT_GE(families.size(), 2);
+  settings.SetString(u"TextFontName"_s, u"No Such Face"_s, 35);
+  auto page = Make(MakeViewPage);
+  page->show();
+  auto* face = Named<QComboBox>(page.get(), "fontName");
+  EXPECT_EQ(face->currentText(), u"Tahoma"_s);
+  auto* list = Named<QListWidget>(page.get(), "colourList");
+  ASSERT_EQ(list->count(), 21);
+
+  TapRow(list, 3);  // Join: tap the red column's top cell, then the strip's first shade
+  auto* picker = page->findChild<ColourPickerDialog*>();
+  ASSERT_NE(picker, nullptr);
+  EXPECT_EQ(picker->windowTitle(), u"Select color"_s);
+  QTest::mouseClick(picker->BigPalette(), Qt::LeftButton, {}, QPoint(3, 3));
+  QTest::mouseClick(picker->ShadeStrip(), Qt::LeftButton, {}, QPoint(3, 8 * 8 + 3));
+  EXPECT_EQ(picker->ChannelField(0)->text(), u"224"_s);
+  picker->ChannelField(1)->clear();
+  QTest::keyClicks(picker->ChannelField(1), u"16"_s);
+  EXPECT_EQ(picker->NewColour(), 0x0010e0u);
+  picker->OkButton()->click();
+  EXPECT_TRUE(RunUntil([&] { return !page->findChild<ColourPickerDialog*>(); }, 2000));
+
+  TapRow(list, 14);  // Quit: a choice, then Cancel
+  picker = page->findChild<ColourPickerDialog*>();
+  ASSERT_NE(picker, nullptr);
+  QTest::mouseClick(picker->ShadeStrip(), Qt::LeftButton, {}, QPoint(3, 3));
+  picker->CancelButton()->click();
+  EXPECT_TRUE(RunUntil([&] { return !page->findChild<ColourPickerDialog*>(); }, 2000));
+
+  list->setCurrentRow(20);  // Input color from the bar's red
+  Named<QWidget>(page.get(), "colourBar")->findChildren<QToolButton*>().at(4)->click();
+
+  auto* element = Named<QComboBox>(page.get(), "element");
+  auto* size = Named<QComboBox>(page.get(), "fontSize");
+  Choose(face, families.first());
+  Choose(size, u"11"_s);
+  element->setCurrentIndex(1);  // List
+  Choose(face, families.last());
+  Choose(size, u"20"_s);
+  EXPECT_EQ(Named<QLabel>(page.get(), "sample")->font().pixelSize(), 20);
+  Choose(Named<QComboBox>(page.get(), "txtCol"), u"#0000FF"_s);
+  Choose(Named<QComboBox>(page.get(), "bgCol"), u"#FFFFFF"_s);
+  element->setCurrentIndex(2);  // Input line
+  EXPECT_FALSE(size->isEnabled());
+  EXPECT_EQ(size->currentText(), u"13"_s);
+  page->Save();
+  const QString kolory = u"\"kolory\"=hex:"_s + QString::fromLatin1(
+      Colours({{10, 0x0010e0}, {1, 0x0000ff}, {3, 0xff0000}, {2, 0xffffff}}).toHex(','));
+  const auto quoted = [](const QString& text) { return u'"' + text + u'"'; };
+  EXPECT_EQ(RegLines({u"kolory"_s, u"FontSize"_s, u"TextFontName"_s, u"ListFontName"_s, u"EditFontName"_s}),
+            (QStringList{kolory, u"\"FontSize\"=dword:00000090"_s,
+                         u"\"TextFontName\"="_s + quoted(families.first()),
+                         u"\"ListFontName\"="_s + quoted(families.last()), u"\"EditFontName\"=\"Tahoma\""_s}));
+
+  Named<QPushButton>(page.get(), "default")->click();
+  page->Save();
+  EXPECT_EQ(RegLines({u"kolory"_s, u"FontSize"_s, u"TextFontName"_s}),
+            (QStringList{u"\"kolory\"=hex:"_s + QString::fromLatin1(DefaultViewColours().toHex(',')),
+                         u"\"FontSize\"=dword:00000022"_s, u"\"TextFontName\"=\"Tahoma\""_s}));
+}
+
+// Nothing wider than the screen (the pages scroll down, never sideways), and a picture
+// of each for a person to look at.
+TEST_F(LookPages, FitPocketScreens) {
+  QDir().mkpath(QStringLiteral(TOLV_SCREENSHOT_DIR));
+  const std::pair<const char*, OptionsPage* (*)(const OptionsPageEnv&, QWidget*)> pages[] = {
+      {"view", MakeViewPage}, {"screen", MakeScreenPage}, {"sounds", MakeSoundsPage}};
+  for (const QSize screen : {QSize(240, 320), QSize(320, 240), QSize(480, 640)}) {
+    const int factor = ScreenFactor(screen.width(), screen.height());
+    const QString suffix = u"_%1x%2.png"_s.arg(screen.width()).arg(screen.height());
+    for (const auto& [name, make] : pages) {
+      auto page = Make(make, factor);
+      page->resize(screen);
+      page->show();
+      QCoreApplication::processEvents();
+      QWidget* body = page->findChild<QScrollArea*>()->widget();
+      EXPECT_LE(body->minimumSizeHint().width(), screen.width()) << name << " at " << screen.width();
+      const QString file = QStringLiteral(TOLV_SCREENSHOT_DIR "/options_") + QString::fromLatin1(name);
+      page->grab().save(file + suffix);
+      body->grab().save(file + u"_whole"_s + suffix);  // below the fold too
+    }
+    QWidget window;
+    window.resize(screen);
+    ColourPickerDialog picker(ColourRef(200, 40, 90), factor, &window);
+    picker.show();
+    QCoreApplication::processEvents();
+    EXPECT_LE(picker.width(), screen.width());
+    EXPECT_LE(picker.height(), screen.height());
+    picker.grab().save(QStringLiteral(TOLV_SCREENSHOT_DIR "/colour_picker") + suffix);
+  }
+}
+
+}  // namespace
