@@ -65,3 +65,10 @@ inline constexpr int kCmdScrollOff = 40498;
 inline constexpr int kCmdCloseTab = 40499;
 inline constexpr int kCmdAway = 40501;
 inline constexpr int kCmdUnaway = 40502;
+
+// The tab strip's menu: its list of tabs is 40700 + position, positions 1 to 99. The
+// two settings items are numbered by us.
+inline constexpr int kCmdFirstTabListEntry = 40700;
+inline constexpr int kLastTabListPosition = 99;
+inline constexpr int kCmdTabSettings = 40801;
+inline constexpr int kCmdBalloonSettings = 40802;

@@ -27,9 +27,9 @@ void CheckRows(const ParsedLine& line, int width, const TextMeasure& measure) {
   FUZZ_CHECK(!rows.isEmpty() && CountRows(line, width, &measure) == rows.size(), "CountRows agrees");
   FUZZ_CHECK(!line.text.isEmpty() || rows.size() == 1, "an empty text is one row");
   FUZZ_CHECK(rows.front().start == 0 && rows.back().end == line.text.size(), "rows cover the text");
-  std::vector<bool> bold;  // of each position of the plain text, from the runs
+  std::vector<int> face;  // of each position of the plain text, from the runs
   TextStyle style;
-  for (qsizetype i = 0, run = 0; i < line.text.size(); bold.push_back(style.bold), ++i)
+  for (qsizetype i = 0, run = 0; i < line.text.size(); face.push_back(style.Face()), ++i)
     for (; run < line.runs.size() && line.runs[run].position <= i; ++run) ApplyRun(style, line.runs[run]);
   for (qsizetype r = 0; r < rows.size() && !line.text.isEmpty(); ++r) {
     const TextRow row = rows[r];
@@ -38,7 +38,7 @@ void CheckRows(const ParsedLine& line, int width, const TextMeasure& measure) {
     qsizetype end = row.end;
     if (end - row.start > 1 && line.text[end - 1] == u' ') --end;
     int shown = 0;
-    for (qsizetype i = row.start; i < end; ++i) shown += measure.Width(QStringView(line.text).sliced(i, 1), bold[i]);
+    for (qsizetype i = row.start; i < end; ++i) shown += measure.Width(QStringView(line.text).sliced(i, 1), face[i]);
     const bool oneCharacter = end - row.start == 1 || (end - row.start == 2 && SplitsPair(line.text, row.start + 1));
     FUZZ_CHECK(width <= 0 || oneCharacter || shown <= width - measure.LeftMargin(), "a row fits its space");
   }
@@ -51,8 +51,8 @@ void CheckParse(QStringView text) {
   qsizetype previous = 0;
   for (const FormatRun& run : parsed.runs) {
     FUZZ_CHECK(run.position >= previous && run.position <= parsed.text.size(), "runs are in order, in the text");
-    FUZZ_CHECK(run.foreground >= -1 && run.foreground <= 15 && run.background >= -1 && run.background <= 15,
-               "colour indices are palette indices or -1");
+    const auto colour = [](int c) { return (c >= -1 && c <= 15) || (c & ~0xffffff) == kRgbColour; };
+    FUZZ_CHECK(colour(run.foreground) && colour(run.background), "colours are palette indices, hex colours or -1");
     previous = run.position;
   }
   FUZZ_CHECK(StyleAt(parsed, parsed.text.size()) == StyleAt(parsed, 1 << 30), "nothing past the end");

@@ -1,10 +1,12 @@
 #include "gui/color_text_widget.h"
+#include "gui/text_view_look.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDateTime>
 #include <QFileInfo>
+#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QImage>
 #include <QMouseEvent>
@@ -37,7 +39,7 @@ QColor FromColourRef(quint32 colour) {
   return QColor(int(colour & 0xff), int((colour >> 8) & 0xff), int((colour >> 16) & 0xff));
 }
 
-using Palette16 = std::array<QColor, 16>;
+}  // namespace
 
 // The sixteen colours the colour codes select; the shipped ones when the value is damaged.
 Palette16 CodeColours(const SettingsStore& settings) {
@@ -52,6 +54,8 @@ Palette16 CodeColours(const SettingsStore& settings) {
   return colours;
 }
 
+namespace {
+
 // Every byte moves level tenths of the way to white, so text stays readable on top.
 QImage BlendTowardsWhite(QImage image, int level) {
   image = image.convertToFormat(QImage::Format_RGB32);
@@ -63,6 +67,8 @@ QImage BlendTowardsWhite(QImage image, int level) {
   }
   return image;
 }
+
+}  // namespace
 
 // One blended copy for all views. It is loaded again when the file or the settings name
 // another picture, or the file itself changed.
@@ -88,6 +94,8 @@ QImage BackgroundPicture(const SettingsStore& settings) {
   }
   return cache.picture;
 }
+
+namespace {
 
 // Advances of single UTF-16 units in pages of 256, made when a character of the page is
 // first measured: most conversations touch one or two pages.
@@ -120,15 +128,20 @@ struct ColorTextWidget::Segment {
   qsizetype end;
   TextStyle style;
   bool selected;
+  bool link;
 };
 
-// The row cut wherever a run starts or the selection begins or ends.
+// The row cut wherever a run starts, a link or the selection begins or ends.
 std::vector<ColorTextWidget::Segment> ColorTextWidget::RowSegments(
-    const ParsedLine& line, TextRow row, std::pair<qsizetype, qsizetype> selected) {
+    const ParsedLine& line, TextRow row, std::pair<qsizetype, qsizetype> selected,
+    const QList<TextLink>& links) {
   std::vector<qsizetype> cuts{row.start, row.end};
   const auto inside = [&](qsizetype p) { return p > row.start && p < row.end; };
   for (const FormatRun& run : line.runs)
     if (inside(run.position)) cuts.push_back(run.position);
+  for (const TextLink& link : links)
+    for (qsizetype p : {link.start, link.end})
+      if (inside(p)) cuts.push_back(p);
   if (inside(selected.first)) cuts.push_back(selected.first);
   if (inside(selected.second)) cuts.push_back(selected.second);
   std::sort(cuts.begin(), cuts.end());
@@ -137,34 +150,56 @@ std::vector<ColorTextWidget::Segment> ColorTextWidget::RowSegments(
   std::vector<Segment> segments;
   for (size_t i = 0; i + 1 < cuts.size(); ++i) {
     const qsizetype start = cuts[i];
+    const bool link = std::any_of(links.begin(), links.end(), [&](const TextLink& l) {
+      return start >= l.start && start < l.end;
+    });
     segments.push_back({start, cuts[i + 1], StyleAt(line, start),
-                        start >= selected.first && start < selected.second});
+                        start >= selected.first && start < selected.second, link});
   }
   return segments;
 }
 
-// The view font and its bold variant, with each character's advance remembered: a line is
-// measured character by character when it is wrapped, and a flood wraps many of them.
+// The view font in its eight faces (bold, italic, monospace), each made when first used,
+// with each character's advance remembered: a line is measured character by character
+// when it is wrapped, and a flood wraps many of them.
 struct ColorTextWidget::Fonts {
-  explicit Fonts(QFont font) : normal(std::move(font)), bold(normal) {
-    // Without kerning a text is as wide as its characters added up, so wrapping, painting
-    // and hit-testing agree to the pixel.
-    normal.setKerning(false);
-    bold.setKerning(false);
-    bold.setBold(true);
-    metrics[0].emplace(normal);
-    metrics[1].emplace(bold);
+  explicit Fonts(QFont font) : normal(std::move(font)) {}
+
+  const QFont& Face(int face) {
+    std::optional<QFont>& made = faces[size_t(face)];
+    if (!made) {
+      QFont font = normal;
+      if (face & kFaceMonospace) {
+        font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        if (normal.pixelSize() > 0) font.setPixelSize(normal.pixelSize());
+        else font.setPointSizeF(normal.pointSizeF());
+      }
+      // Without kerning a text is as wide as its characters added up, so wrapping,
+      // painting and hit-testing agree to the pixel.
+      font.setKerning(false);
+      font.setBold(face & kFaceBold);
+      font.setItalic(face & kFaceItalic);
+      made = font;
+    }
+    return *made;
   }
+  const QFontMetricsF& Metrics(int face) {
+    std::optional<QFontMetricsF>& made = metrics[size_t(face)];
+    if (!made) made.emplace(Face(face));
+    return *made;
+  }
+
   QFont normal;
-  QFont bold;
-  std::array<std::optional<QFontMetricsF>, 2> metrics;
-  std::array<AdvanceTable, 2> advances;
+  std::array<std::optional<QFont>, kFaceCount> faces;
+  std::array<std::optional<QFontMetricsF>, kFaceCount> metrics;
+  std::array<AdvanceTable, kFaceCount> advances;
 };
 
 // What the painter needs of one stored line.
 struct ColorTextWidget::PaintedLine {
   qsizetype index;
   ParsedLine parsed;
+  QList<TextLink> links;
   QColor colour;
   QColor background;
   const Palette16* codes;
@@ -210,9 +245,10 @@ ColorTextWidget::~ColorTextWidget() {
 
 void ColorTextWidget::SetTextFont(const QFont& font) {
   fonts_ = std::make_unique<Fonts>(font);
-  const QFontMetricsF& normal = *fonts_->metrics[0];
-  rowHeight_ = std::max(1, int(std::ceil(std::max(normal.lineSpacing(),
-                                                  fonts_->metrics[1]->lineSpacing()))));
+  qreal spacing = 1;
+  for (int face : {0, kFaceBold, kFaceMonospace})
+    spacing = std::max(spacing, fonts_->Metrics(face).lineSpacing());
+  rowHeight_ = int(std::ceil(spacing));
   scaledPictureKey_ = 0;
   if (layoutWidth_ > 0) Relayout(true);  // before the first show the width is not known
 }
@@ -227,39 +263,39 @@ void ColorTextWidget::SetRepaintInterval(int milliseconds) {
 
 int ColorTextWidget::LeftMargin() const { return kLeftMargin; }
 
-qreal ColorTextWidget::Advance(QStringView character, bool bold) const {
-  const QFontMetricsF& metrics = *fonts_->metrics[bold];
+qreal ColorTextWidget::Advance(QStringView character, int face) const {
+  const QFontMetricsF& metrics = fonts_->Metrics(face);
   if (character.size() != 1) return metrics.horizontalAdvance(character.toString());
-  float& advance = fonts_->advances[bold][character[0].unicode()];
+  float& advance = fonts_->advances[size_t(face)][character[0].unicode()];
   if (advance < 0) advance = float(metrics.horizontalAdvance(character[0]));
   return advance;
 }
 
-qreal ColorTextWidget::TextAdvance(QStringView text, bool bold) const {
+qreal ColorTextWidget::TextAdvance(QStringView text, int face) const {
   qreal sum = 0;
   for (qsizetype i = 0; i < text.size();) {
     const qsizetype units = CharacterUnits(text, i);
-    sum += Advance(text.sliced(i, units), bold);
+    sum += Advance(text.sliced(i, units), face);
     i += units;
   }
   return sum;
 }
 
-qsizetype ColorTextWidget::FitCount(QStringView text, int width, bool bold) const {
+qsizetype ColorTextWidget::FitCount(QStringView text, int width, int face) const {
   if (width < 0) return 0;
   qreal used = 0;
   qsizetype i = 0;
   while (i < text.size()) {
     const qsizetype units = CharacterUnits(text, i);
-    used += Advance(text.sliced(i, units), bold);
+    used += Advance(text.sliced(i, units), face);
     if (used > width) break;
     i += units;
   }
   return i;
 }
 
-int ColorTextWidget::Width(QStringView text, bool bold) const {
-  return int(std::ceil(TextAdvance(text, bold)));
+int ColorTextWidget::Width(QStringView text, int face) const {
+  return int(std::ceil(TextAdvance(text, face)));
 }
 
 // --- Following the tab's lines -----------------------------------------------------------
@@ -373,7 +409,9 @@ void ColorTextWidget::paintEvent(QPaintEvent* event) {
   qreal y = 0;
   for (qsizetype i = first.line; i < store.LineCount() && y < height; ++i) {
     const StoredLine stored = store.Line(i);
-    const PaintedLine line{i, ParseFormatting(stored.text),
+    ParsedLine parsed = ParseFormatting(stored.text);
+    QList<TextLink> links = FindLinks(parsed.text);
+    const PaintedLine line{i, std::move(parsed), std::move(links),
                            stored.colour ? FromColourRef(stored.colour) : text, background,
                            &codes};
     const QList<TextRow> rows = WrapLine(line.parsed, layoutWidth_, this);
@@ -406,9 +444,12 @@ ColorTextWidget::RunColours ColorTextWidget::ColoursOf(const Segment& segment,
   const TextStyle& style = segment.style;
   if (segment.selected)
     return {palette().color(QPalette::HighlightedText), palette().color(QPalette::Highlight)};
+  const auto colour = [&](int code) {
+    return IsRgbColour(code) ? QColor::fromRgb(QRgb(code & 0xffffff)) : (*line.codes)[size_t(code)];
+  };
   RunColours colours{line.colour, std::nullopt};
-  if (style.foreground >= 0) colours.ink = (*line.codes)[size_t(style.foreground)];
-  if (style.background >= 0) colours.cell = (*line.codes)[size_t(style.background)];
+  if (style.foreground >= 0) colours.ink = colour(style.foreground);
+  if (style.background >= 0) colours.cell = colour(style.background);
   if (style.reverse) colours = {colours.cell.value_or(line.background), colours.ink};
   return colours;
 }
@@ -416,23 +457,24 @@ ColorTextWidget::RunColours ColorTextWidget::ColoursOf(const Segment& segment,
 void ColorTextWidget::PaintRow(QPainter& painter, const PaintedLine& line, TextRow row,
                                qreal y) const {
   const QStringView plain(line.parsed.text);
-  const qreal baseline = y + fonts_->metrics[0]->ascent();
+  const qreal baseline = y + fonts_->Metrics(0).ascent();
   qreal x = LeftMargin();
-  for (const Segment& segment : RowSegments(line.parsed, row, SelectedRange(line.index))) {
+  for (const Segment& segment :
+       RowSegments(line.parsed, row, SelectedRange(line.index), line.links)) {
     const QStringView text = plain.sliced(segment.start, segment.end - segment.start);
-    const bool bold = segment.style.bold;
-    const qreal width = TextAdvance(text, bold);
+    const int face = segment.style.Face();
+    const qreal width = TextAdvance(text, face);
     const RunColours colours = ColoursOf(segment, line);
     if (colours.cell) painter.fillRect(QRectF(x, y, width, rowHeight_), *colours.cell);
-    painter.setFont(bold ? fonts_->bold : fonts_->normal);
+    painter.setFont(fonts_->Face(face));
     painter.setPen(colours.ink);
     painter.drawText(QPointF(x, baseline), text.toString());
-    if (segment.style.underline) {
-      const QFontMetricsF& metrics = *fonts_->metrics[bold];
-      painter.fillRect(QRectF(x, baseline + metrics.underlinePos(), width,
-                              std::max(1.0, metrics.lineWidth())),
-                       colours.ink);
-    }
+    const QFontMetricsF& metrics = fonts_->Metrics(face);
+    const qreal stroke = std::max(1.0, metrics.lineWidth());
+    if (segment.style.underline || segment.link)
+      painter.fillRect(QRectF(x, baseline + metrics.underlinePos(), width, stroke), colours.ink);
+    if (segment.style.strike)
+      painter.fillRect(QRectF(x, baseline - metrics.strikeOutPos(), width, stroke), colours.ink);
     x += width;
   }
 }
@@ -476,7 +518,7 @@ qsizetype ColorTextWidget::CaretInRow(const ParsedLine& line, TextRow row, qreal
     while (nextRun < line.runs.size() && line.runs[nextRun].position <= i)
       ApplyRun(style, line.runs[nextRun++]);
     const qsizetype units = CharacterUnits(text, i);
-    const qreal advance = Advance(text.sliced(i, units), style.bold);
+    const qreal advance = Advance(text.sliced(i, units), style.Face());
     if (x < left + advance / 2) return i;
     left += advance;
     i += units;
@@ -489,14 +531,17 @@ void ColorTextWidget::mousePressEvent(QMouseEvent* event) {
   pressPoint_ = event->position().toPoint();
   anchor_ = caret_ = HitTest(pressPoint_);
   selecting_ = true;
+  dragged_ = false;
   holdTimer_.start();
 }
 
 void ColorTextWidget::mouseMoveEvent(QMouseEvent* event) {
   if (!selecting_) return;
   const QPoint point = event->position().toPoint();
-  if ((point - pressPoint_).manhattanLength() > QApplication::startDragDistance())
+  if ((point - pressPoint_).manhattanLength() > QApplication::startDragDistance()) {
     holdTimer_.stop();
+    dragged_ = true;
+  }
   const TextPoint caret = HitTest(point);
   if (caret == caret_) return;
   caret_ = caret;
@@ -507,8 +552,20 @@ void ColorTextWidget::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !selecting_) return;
   holdTimer_.stop();
   selecting_ = false;
+  const QString link = dragged_ ? QString() : LinkAt(caret_);
   CopySelection();
   ClearSelection();
+  if (!link.isEmpty()) emit linkActivated(link);
+}
+
+// The address around a caret; a caret at either end still counts, as a fingertip is wide.
+QString ColorTextWidget::LinkAt(TextPoint point) const {
+  if (!tab_ || point.line < 0 || point.line >= tab_->lines->LineCount()) return {};
+  const QString plain = StripFormatting(tab_->lines->Line(point.line).text);
+  for (const TextLink& link : FindLinks(plain))
+    if (point.position >= link.start && point.position <= link.end)
+      return plain.sliced(link.start, link.end - link.start);
+  return {};
 }
 
 // Held without moving: a menu, not a selection; the release that follows copies nothing.

@@ -3,7 +3,8 @@
 // with their IRC colours and styles over the view colour or the background picture. Only
 // the rows on screen are ever decoded and painted. New lines keep the last row in sight
 // unless the reader has scrolled up. Dragging selects characters, and lifting the
-// pointer copies them; holding still opens the tab's menu instead.
+// pointer copies them; holding still opens the tab's menu instead. Web addresses are
+// drawn underlined, and a tap on one (not a drag, not a hold) asks for it to be opened.
 
 #include <QAbstractScrollArea>
 #include <QPixmap>
@@ -17,6 +18,7 @@
 
 #include "views/conversation_tab.h"
 #include "views/line_wrap.h"
+#include "views/text_links.h"
 
 class SettingsStore;
 class TabBar;
@@ -41,13 +43,15 @@ class ColorTextWidget : public QAbstractScrollArea, public TextMeasure {
 
   // How the view's fonts measure text; the tab's line store wraps with it.
   int LeftMargin() const override;
-  qsizetype FitCount(QStringView text, int width, bool bold) const override;
-  int Width(QStringView text, bool bold) const override;
+  qsizetype FitCount(QStringView text, int width, int face) const override;
+  int Width(QStringView text, int face) const override;
   int RowHeight() const { return rowHeight_; }
 
  signals:
   // A held press or a context-menu request: the window shows the tab kind's menu.
   void menuRequested(QPoint globalPos);
+  // A tap on a web address; the window hands it to the desktop.
+  void linkActivated(const QString& url);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -82,12 +86,13 @@ class ColorTextWidget : public QAbstractScrollArea, public TextMeasure {
   bool Following() const;
   int PageRows() const;
 
-  qreal Advance(QStringView character, bool bold) const;
-  qreal TextAdvance(QStringView text, bool bold) const;
+  qreal Advance(QStringView character, int face) const;
+  qreal TextAdvance(QStringView text, int face) const;
 
   void PaintBackground(QPainter& painter, const QRect& area);
   static std::vector<Segment> RowSegments(const ParsedLine& line, TextRow row,
-                                          std::pair<qsizetype, qsizetype> selected);
+                                          std::pair<qsizetype, qsizetype> selected,
+                                          const QList<TextLink>& links);
   void PaintRow(QPainter& painter, const PaintedLine& line, TextRow row, qreal y) const;
   RunColours ColoursOf(const Segment& segment, const PaintedLine& line) const;
   std::pair<qsizetype, qsizetype> SelectedRange(qsizetype line) const;
@@ -95,6 +100,7 @@ class ColorTextWidget : public QAbstractScrollArea, public TextMeasure {
   TextPoint HitTest(QPoint point) const;
   qsizetype CaretInRow(const ParsedLine& line, TextRow row, qreal x) const;
   void CopySelection() const;
+  QString LinkAt(TextPoint point) const;
   void ClearSelection();
   void OnHeld();
 
@@ -114,6 +120,7 @@ class ColorTextWidget : public QAbstractScrollArea, public TextMeasure {
   QTimer holdTimer_;
   QPoint pressPoint_;
   bool selecting_ = false;
+  bool dragged_ = false;  // the press moved: a selection, not a tap
   TextPoint anchor_;
   TextPoint caret_;
 };

@@ -5,6 +5,7 @@
 #include "gui/help_viewer.h"
 #include "gui/input_line_widget.h"
 #include "gui/menu_bar_widget.h"
+#include "gui/options_dialog.h"
 #include "gui/popup_menu_widget.h"
 #include "gui/splash_window.h"
 #include "gui/touch_targets_widget.h"
@@ -23,6 +24,7 @@
 #include "gui/tab_strip_widget.h"
 
 #include <QBoxLayout>
+#include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -34,6 +36,7 @@
 #include <QStackedWidget>
 #include <QTimer>
 #include <QToolButton>
+#include <QUrl>
 
 #include <limits>
 
@@ -91,6 +94,16 @@ QFont FontOf(const SettingsStore& settings, QStringView face, int pixels, bool b
   font.setPixelSize(pixels);
   font.setBold(bold);
   return font;
+}
+
+QStringList FontFaces(const SettingsStore& settings) {
+  QStringList faces;
+  for (QStringView name : {u"TextFontName", u"ListFontName", u"EditFontName"}) {
+    QString face;
+    settings.GetString(name, face, 35);
+    faces.append(face);
+  }
+  return faces;
 }
 
 }  // namespace
@@ -221,13 +234,15 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 void MainWindow::ApplyScale() {
   const int factor = ScreenFactor(width(), height());
   const FontHeights fonts = PlanFontHeights(ctx_.settings, factor);
-  if (factor == factor_ && fonts.text == fonts_.text && fonts.list == fonts_.list) return;
+  const QStringList faces = FontFaces(ctx_.settings);
+  if (factor == factor_ && fonts.text == fonts_.text && fonts.list == fonts_.list && faces == fontFaces_) return;
   for (int i = 0; factor_ != 0 && factor != factor_ && i < ctx_.tabs.Count(); ++i) {
     ConversationTab* tab = ctx_.tabs.At(i);
     tab->nickPaneWidth = tab->nickPaneWidth * factor / factor_;
   }
   factor_ = factor;
   fonts_ = fonts;
+  fontFaces_ = faces;
   ctx_.tabs.SetScaleFactor(factor);
   QFont tabFont(u"Tahoma"_s);  // the tab labels keep one face; the others are the user's
   tabFont.setPixelSize(fonts.tab);
@@ -261,6 +276,7 @@ void MainWindow::OnTabOpened(TabId id, int position) {
   auto* view = new ColorTextWidget(ctx_.tabs, id, ctx_.settings, views_);
   view->SetTextFont(FontOf(ctx_.settings, u"TextFontName", fonts_.text));
   connect(view, &ColorTextWidget::menuRequested, this, &MainWindow::ShowTabMenu);
+  connect(view, &ColorTextWidget::linkActivated, this, [](const QString& url) { QDesktopServices::openUrl(QUrl(url)); });
   textViews_[id] = view;
   views_->addWidget(view);
 }
@@ -335,6 +351,7 @@ void MainWindow::RunCommand(int command) {
       break;
     case kCmdHelpContents: OpenHelp(); break;
     case kCmdHelpAbout: ShowAbout(); break;
+    case kCmdOptions: RunOptions(); break;
     default:
       if (command >= kFirstFavoriteCommand && command <= kCmdFavoriteRemove) {
         if (const auto text = RunFavoriteCommand(shell_, ctx_.favorites, command)) input_->InsertAtCaret(*text);
@@ -343,6 +360,23 @@ void MainWindow::RunCommand(int command) {
       }
   }
   input_->setFocus();
+}
+
+// The notify poll waits while the dialog is open; afterwards everything read from the
+// settings once (fonts, colours, the notify list) is read again. The lists of ignored
+// and highlighted words are not: their matchers see a changed list on the next line.
+void MainWindow::RunOptions() {
+  menu_->hide();
+  ctx_.optionsDialogOpen = true;
+  {
+    OptionsDialog dialog(ctx_, shell_, factor_, this);
+    shell_.Run(dialog);
+  }
+  ctx_.optionsDialogOpen = false;
+  ApplyScale();
+  ApplyColours();
+  ctx_.notify.Load(ctx_.settings);
+  menu_->show();
 }
 
 void MainWindow::OpenHelp() {

@@ -69,6 +69,7 @@ class MainWindow : public QMainWindow {
   void BuildWidgets();
   void ConnectModel();
   void ApplyScale();
+  void RunOptions();
   void OnTabOpened(TabId id, int position);
   void OnTabClosed(TabId id);
   void OnCurrentChanged(int position);
@@ -98,5 +99,6 @@ class MainWindow : public QMainWindow {
   std::unordered_map<TabId, DccProgressWidget*> transferPages_;  // file-transfer tabs
   int factor_ = 0;
   FontHeights fonts_;
+  QStringList fontFaces_;  // the faces the fonts were made with
   bool nickPaneWanted_ = true;
 };

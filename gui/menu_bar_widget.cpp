@@ -53,6 +53,7 @@ MenuBarWidget::MenuBarWidget(QWidget* parent) : QMenuBar(parent) {
   FillCommands(menu_->addMenu(u"Commands"_s));
   favorites_ = menu_->addMenu(u"Favorites"_s);
   AddItem(menu_, u"mColors Default"_s, kCmdColoursDefault);
+  AddItem(menu_, u"Options"_s, kCmdOptions);
   QMenu* help = menu_->addMenu(u"Help"_s);
   AddItem(help, u"Contents"_s, kCmdHelpContents);
   AddItem(help, u"About"_s, kCmdHelpAbout);

@@ -1,6 +1,6 @@
 #pragma once
 // The window's one menu, "Menu": Connect/Disconnect, the Commands sub-menus, Favorites,
-// the palette reset, Help and Exit. Every item carries its command number; choosing one
+// the palette reset, Options, Help and Exit. Every item carries its command number; choosing one
 // emits it for the window to carry out.
 
 #include <QMenuBar>

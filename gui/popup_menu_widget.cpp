@@ -129,3 +129,20 @@ int ExecTabMenu(TabKind kind, QWidget* parent, int factor, QPoint globalPos) {
   }
   return Exec(menu, globalPos);
 }
+
+QMenu* MakeTabStripMenu(const std::vector<TabListEntry>& tabs, QWidget* parent, int factor) {
+  auto* menu = new QMenu(parent);
+  QMenu* list = menu->addMenu(u"Tabs"_s);
+  list->setEnabled(!tabs.empty());
+  // A name is shown as it is: a "&" in it is no shortcut.
+  for (const TabListEntry& tab : tabs)
+    list->addAction(QString(tab.name).replace(u'&', u"&&"_s))->setData(tab.command);
+  Fill(menu, {{u"Tab Settings", kCmdTabSettings}, {u"Baloon Settings", kCmdBalloonSettings}});
+  FitForTouch(menu, factor);
+  return menu;
+}
+
+int ExecTabStripMenu(const std::vector<TabListEntry>& tabs, QWidget* parent, int factor,
+                     QPoint globalPos) {
+  return Exec(MakeTabStripMenu(tabs, parent, factor), globalPos);
+}

@@ -63,9 +63,10 @@ class WindowShell : public Shell {
   // Called with every dialog just before it runs modally. Tests answer dialogs from
   // here (through a zero-time timer, since the dialog's loop has not started yet).
   void SetBeforeExecHook(std::function<void(QDialog*)> hook);
+  // Runs a dialog of the window modally, touch-sized and seen by the hook above.
+  int Run(QDialog& dialog);
 
  private:
-  int Run(QDialog& dialog);
   void PrepareField(QLineEdit* field);
   QSoundEffect* FreeSoundEffect(const QUrl& source);
 

@@ -1,10 +1,18 @@
 #include "gui/tab_strip_widget.h"
 
+#include "commands/command_ids.h"
+#include "commands/tab_list_menu.h"
+#include "gui/popup_menu_widget.h"
+#include "gui/tab_settings_dialog.h"
 #include "views/tab_bar.h"
 
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
+#include <QToolButton>
 
 #include <utility>
 
@@ -44,6 +52,12 @@ QIcon KindIcon(TabKind kind, int factor) {
 }
 
 constexpr int kFrameMilliseconds = 16;
+constexpr int kBalloonMilliseconds = 10000;
+constexpr int kHoldMilliseconds = 600;
+// Where the balloon stands on the strip, and how much narrower than the strip it is,
+// before the screen factor.
+constexpr QPoint kBalloonOffset(10, 20);
+constexpr int kBalloonNarrower = 20;
 constexpr int kMostShownUnread = 999;
 
 QString UnreadText(int unread) {
@@ -98,7 +112,21 @@ TabStripWidget::TabStripWidget(TabBar& tabs, QWidget* parent) : QTabBar(parent),
   });
   for (int i = 0; i < tabs_.Count(); ++i) OnOpened(tabs_.At(i)->id, i);
   OnModelCurrent(tabs_.Current());
+
+  connect(&tabs_, &TabBar::balloonRequested, this, &TabStripWidget::OnBalloonRequested);
+  balloonTimer_.setSingleShot(true);
+  balloonTimer_.setTimerType(Qt::PreciseTimer);  // ten seconds, not nine and a half
+  balloonTimer_.setInterval(kBalloonMilliseconds);
+  connect(&balloonTimer_, &QTimer::timeout, this, &TabStripWidget::CloseBalloon);
+  holdTimer_.setSingleShot(true);
+  holdTimer_.setInterval(kHoldMilliseconds);
+  connect(&holdTimer_, &QTimer::timeout, this, &TabStripWidget::OnHeld);
+  // The scroll arrows take their own presses; those close the balloon too.
+  for (QToolButton* arrow : findChildren<QToolButton*>()) arrow->installEventFilter(this);
 }
+
+// The balloon is the window's child; it goes with the strip.
+TabStripWidget::~TabStripWidget() { delete balloon_; }
 
 void TabStripWidget::SetScaleFactor(int factor) {
   factor_ = factor;
@@ -168,4 +196,109 @@ void TabStripWidget::ShowUnread(int position, bool redraw) {
 void TabStripWidget::OnUserChoice(int position) {
   if (mirroring_ || position < 0 || position == tabs_.Current()) return;
   tabs_.ActivateTab(position);
+}
+
+// --- The balloon -------------------------------------------------------------------------
+
+// The output path asks only for a tab in the back whose kind has balloons switched on.
+void TabStripWidget::OnBalloonRequested(int position, const QString& line, quint32 colour) {
+  const ConversationTab* tab = tabs_.At(position);
+  if (!tab) return;
+  request_ = BalloonRequest{tab->name, line, colour};
+  ShowBalloon();
+  balloonTimer_.start();
+}
+
+// The strip is only as tall as its labels, so the balloon is a child of the window,
+// standing where it would on a strip that covered the window.
+void TabStripWidget::ShowBalloon() {
+  delete balloon_;
+  QWidget* host = window();
+  if (!request_ || !host) return;
+  const QPoint at = mapTo(host, kBalloonOffset * factor_);
+  const int width = std::max(1, this->width() - kBalloonNarrower * factor_);
+  balloon_ = new BalloonWidget(tabs_.Settings(), *request_, font(), factor_, width,
+                               host->height() - at.y(), host);
+  balloon_->move(at);
+  connect(balloon_, &BalloonWidget::closeRequested, this, &TabStripWidget::CloseBalloon);
+  balloon_->show();
+  balloon_->raise();
+}
+
+// Called from the balloon's own release too, hence deleteLater.
+void TabStripWidget::CloseBalloon() {
+  balloonTimer_.stop();
+  request_.reset();
+  if (!balloon_) return;
+  balloon_->hide();
+  balloon_->deleteLater();
+  balloon_ = nullptr;
+}
+
+// A turned screen: the same balloon, as wide as the strip now is; its time runs on.
+void TabStripWidget::resizeEvent(QResizeEvent* event) {
+  QTabBar::resizeEvent(event);
+  if (balloon_) ShowBalloon();
+}
+
+// --- Presses and the menu ----------------------------------------------------------------
+
+void TabStripWidget::mousePressEvent(QMouseEvent* event) {
+  CloseBalloon();
+  if (event->button() != Qt::LeftButton) return QTabBar::mousePressEvent(event);
+  pendingPress_.reset(event->clone());
+  holdTimer_.start();
+}
+
+void TabStripWidget::mouseMoveEvent(QMouseEvent* event) {
+  if (pendingPress_ && (event->position() - pendingPress_->position()).manhattanLength() >
+                           QApplication::startDragDistance())
+    holdTimer_.stop();
+  QTabBar::mouseMoveEvent(event);
+}
+
+// A tap reaches the tab bar as its press and release; after a hold the release is the
+// menu's.
+void TabStripWidget::mouseReleaseEvent(QMouseEvent* event) {
+  holdTimer_.stop();
+  if (event->button() == Qt::LeftButton && !pendingPress_) return;
+  if (event->button() == Qt::LeftButton) {
+    QTabBar::mousePressEvent(pendingPress_.get());
+    pendingPress_.reset();
+  }
+  QTabBar::mouseReleaseEvent(event);
+}
+
+void TabStripWidget::OnHeld() {
+  const QPoint at = pendingPress_->position().toPoint();
+  pendingPress_.reset();
+  OpenMenu(mapToGlobal(at));
+}
+
+void TabStripWidget::contextMenuEvent(QContextMenuEvent* event) {
+  holdTimer_.stop();
+  pendingPress_.reset();
+  OpenMenu(event->globalPos());
+}
+
+bool TabStripWidget::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::MouseButtonPress) CloseBalloon();
+  return QTabBar::eventFilter(watched, event);
+}
+
+void TabStripWidget::OpenMenu(QPoint globalPos) {
+  if (const int command = ExecTabStripMenu(TabListMenu(tabs_), this, factor_, globalPos))
+    RunMenuCommand(command);
+}
+
+// The dialogs are never larger than the window on a pocket screen; their rows scroll.
+void TabStripWidget::RunMenuCommand(int command) {
+  if (RunTabListCommand(tabs_, command)) return;
+  std::unique_ptr<QDialog> dialog;
+  if (command == kCmdTabSettings) dialog = std::make_unique<TabSettingsDialog>(tabs_, factor_, window());
+  if (command == kCmdBalloonSettings)
+    dialog = std::make_unique<BalloonSettingsDialog>(tabs_, factor_, window());
+  if (!dialog) return;
+  dialog->resize(dialog->sizeHint().boundedTo(window()->size()));
+  dialog->exec();
 }

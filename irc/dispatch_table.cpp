@@ -29,6 +29,7 @@ constexpr std::array kRows{
     DispatchRow{RowTest::WordCtcp, u"PRIVMSG", &OnCtcp},     // CTCP in a PRIVMSG (requests)
     DispatchRow{RowTest::WordPlain, u"PRIVMSG", &OnPrivmsg}, // a message
     DispatchRow{RowTest::Word, u"PING", &OnServerPing},
+    DispatchRow{RowTest::Word, u"PONG", &OnServerPong},
     DispatchRow{RowTest::Numeric, {}, &OnNumeric},           // numeric replies
 };
 

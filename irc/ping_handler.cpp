@@ -1,6 +1,7 @@
 #include "irc/ping_handler.h"
 
 #include "client/client_context.h"
+#include "irc/dispatch.h"
 #include "irc/server_message.h"
 #include "settings/settings_flags.h"
 
@@ -11,4 +12,10 @@ void OnServerPing(ClientContext& ctx, const ServerMessage& message) {
   if (!TestOption(ctx.settings, kOptHidePingPong))
     ctx.PrintStatus(u"PING? PONG!", LineStyle::Ping);
   ctx.SendToServer(pong);
+}
+
+void OnServerPong(ClientContext& ctx, const ServerMessage& message) {
+  QString& token = ctx.session.keepAliveToken;
+  if (!token.isEmpty() && message.rest == token) return token.clear();
+  ShowRestOnStatus(ctx, message);
 }

@@ -20,4 +20,6 @@ struct Session {
   // registration on the first tick.
   int notifyTicks = 20;
   QString serverHost;            // the selected server, the prefix of lines without one
+  // The token of our own keep-alive PING while its PONG is due: that reply is not shown.
+  QString keepAliveToken;
 };

@@ -15,6 +15,7 @@
 #include <QSocketNotifier>
 
 #include <thread>
+#include <time.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -23,6 +24,13 @@ namespace {
 
 constexpr auto kNoServerText = "Select the IRC server first!~";
 constexpr auto kUserOptionsText = "First fill in the user options!";
+// Linux's boot-time clock: unlike the monotonic one it keeps running while suspended.
+std::chrono::milliseconds SinceBoot() {
+  timespec now{};
+  ::clock_gettime(CLOCK_BOOTTIME, &now);
+  return std::chrono::milliseconds(qint64(now.tv_sec) * 1000 + now.tv_nsec / 1000000);
+}
+
 constexpr int kNotifyEvery = 20;  // the poll goes out when the count passes this: every 21 ticks
 
 }  // namespace
@@ -125,6 +133,9 @@ void SessionControl::FinishConnect(int socket, int error, const QString& host, i
   reconnectTimer_.stop();
   pollTimer_.start();
   ctx_.session.connected = true;
+  ctx_.session.keepAliveToken.clear();
+  lastHeard_ = SinceBoot();
+  keepAliveSent_ = {};
   WatchSocket(socket);
   emit connectFinished(true);
 }
@@ -203,6 +214,24 @@ void SessionControl::PollTick() {
       SendNotifyPoll(ctx_);
   }
   ReadServer(10ms, 10ms);
+  CheckSilence();
+}
+
+void SessionControl::CheckSilence() {
+  Session& session = ctx_.session;
+  if (!session.connected || session.serverSocket == kNoSocket) return;
+  const std::chrono::milliseconds now = SinceBoot();
+  if (keepAliveSent_ == std::chrono::milliseconds{0}) {
+    if (now - lastHeard_ < silenceBeforePing) return;
+    keepAliveSent_ = now;
+    session.keepAliveToken = u"tolv-"_s + QString::number(++keepAlives_);
+    ctx_.SendToServer(u"PING :"_s + session.keepAliveToken);
+  } else if (now - keepAliveSent_ >= silenceAfterPing) {
+    const auto silent = std::chrono::duration_cast<std::chrono::seconds>(now - lastHeard_);
+    ctx_.PrintStatus(u"* No answer from the server for %1 seconds: the connection is lost"_s.arg(silent.count()),
+                     LineStyle::Info);
+    EndConnection();
+  }
 }
 
 // Reads what is waiting and, when the connection turns out to be over (peer closed, a
@@ -213,7 +242,12 @@ void SessionControl::ReadServer(std::chrono::microseconds firstWait,
   if (session.serverSocket == kNoSocket) return;
   const int result =
       PollSocket(session.serverSocket, ctx_,
-                 [this](QByteArrayView bytes) { SplitAndDispatch(ctx_, bytes); }, firstWait,
+                 [this](QByteArrayView bytes) {
+                   lastHeard_ = SinceBoot();
+                   keepAliveSent_ = {};
+                   SplitAndDispatch(ctx_, bytes);
+                 },
+                 firstWait,
                  drainWait);
   if (session.connected && result != 0) return;
   EndConnection();

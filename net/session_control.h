@@ -3,6 +3,11 @@
 // timers that drive it: the one-second poll tick (identd, notify count, reading) and the
 // five-second retry after a registration that could not be sent.
 //
+// A link that dies without a word (a phone changing networks, a computer that slept) is
+// noticed: after two minutes without a line from the server a PING goes out, and one
+// more minute without any line ends the connection as a lost one. The clock counts the
+// time the computer slept.
+//
 // Resolving and connecting run on a worker thread with a time-out, so the window never
 // freezes; the server socket is read as soon as it is readable, and the tick still polls.
 
@@ -47,6 +52,8 @@ class SessionControl : public QObject {
   // The identd port: 113 for the client; tests move it to run in parallel.
   int identdPort = 113;
   std::chrono::milliseconds connectTimeout{30000};
+  std::chrono::milliseconds silenceBeforePing{120000};
+  std::chrono::milliseconds silenceAfterPing{60000};
 
  signals:
   void connectFinished(bool registered);
@@ -61,6 +68,7 @@ class SessionControl : public QObject {
   void StopWatching();
   void AfterRegistrationFailure();
   void StartIdentd();
+  void CheckSilence();
 
   ClientContext& ctx_;
   QTimer pollTimer_;
@@ -69,4 +77,9 @@ class SessionControl : public QObject {
   bool connecting_ = false;
   bool identdFailureShown_ = false;
   quint64 attempt_ = 0;  // a late connect result of a cancelled attempt is discarded
+  // On the clock that runs through sleep: when the server was last heard, and when our
+  // keep-alive PING went out (zero: none outstanding).
+  std::chrono::milliseconds lastHeard_{0};
+  std::chrono::milliseconds keepAliveSent_{0};
+  quint64 keepAlives_ = 0;
 };

@@ -5,7 +5,8 @@ namespace {
 using namespace formatting;
 
 bool IsToggleOrReset(char16_t c) {
-  return c == kBold || c == kReset || c == kReverse || c == kUnderline;
+  return c == kBold || c == kReset || c == kReverse || c == kUnderline || c == kItalic ||
+         c == kStrike || c == kMonospace;
 }
 
 bool IsDigit(QStringView text, qsizetype i) {
@@ -37,9 +38,48 @@ FormatRun ReadColour(QStringView text, qsizetype& i, int previousBackground) {
   return run;
 }
 
+int HexDigit(QChar c) {
+  const char16_t u = c.unicode();
+  if (u >= u'0' && u <= u'9') return u - u'0';
+  if (u >= u'a' && u <= u'f') return u - u'a' + 10;
+  if (u >= u'A' && u <= u'F') return u - u'A' + 10;
+  return -1;
+}
+
+// Six hex digits at `i` as kRgbColour | 0xRRGGBB; -1, reading nothing, when there are not.
+int ReadRgb(QStringView text, qsizetype& i) {
+  if (i + 6 > text.size()) return -1;
+  int rgb = 0;
+  for (qsizetype k = i; k < i + 6; ++k) {
+    const int digit = HexDigit(text[k]);
+    if (digit < 0) return -1;
+    rgb = rgb << 4 | digit;
+  }
+  i += 6;
+  return kRgbColour | rgb;
+}
+
+// What follows a hex colour code: as for the palette code, without a colour both fall
+// back to -1 and without a comma the background stays; a comma is only taken with a colour.
+FormatRun ReadHexColour(QStringView text, qsizetype& i, int previousBackground) {
+  FormatRun run{kHexColour};
+  run.foreground = ReadRgb(text, i);
+  if (run.foreground < 0) return run;
+  run.background = previousBackground;
+  qsizetype comma = i + 1;
+  if (i < text.size() && text[i] == u',') {
+    if (const int background = ReadRgb(text, comma); background >= 0) {
+      run.background = background;
+      i = comma;
+    }
+  }
+  return run;
+}
+
 bool HasCodes(QStringView text) {
   for (QChar c : text) {
-    if (c.unicode() == kColour || IsToggleOrReset(c.unicode())) return true;
+    const char16_t unit = c.unicode();
+    if (unit == kColour || unit == kHexColour || IsToggleOrReset(unit)) return true;
   }
   return false;
 }
@@ -54,8 +94,8 @@ QString Walk(QStringView line, QList<FormatRun>* runs) {
   qsizetype i = 0;
   while (i < line.size()) {
     const char16_t c = line[i++].unicode();
-    if (c == kColour) {
-      FormatRun run = ReadColour(line, i, background);
+    if (c == kColour || c == kHexColour) {
+      FormatRun run = c == kColour ? ReadColour(line, i, background) : ReadHexColour(line, i, background);
       background = run.background;
       run.position = plain.size();
       if (runs) runs->append(run);
@@ -82,12 +122,16 @@ QString StripFormatting(QStringView line) { return Walk(line, nullptr); }
 void ApplyRun(TextStyle& style, const FormatRun& run) {
   switch (run.code) {
     case kColour:
+    case kHexColour:
       style.foreground = run.foreground;
       style.background = run.background;
       break;
     case kBold: style.bold = !style.bold; break;
     case kUnderline: style.underline = !style.underline; break;
     case kReverse: style.reverse = !style.reverse; break;
+    case kItalic: style.italic = !style.italic; break;
+    case kStrike: style.strike = !style.strike; break;
+    case kMonospace: style.monospace = !style.monospace; break;
     case kReset: style = TextStyle{}; break;
     default: break;
   }

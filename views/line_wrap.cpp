@@ -6,8 +6,8 @@
 FixedTextMeasure::FixedTextMeasure(int cellWidth, int boldCellWidth, int leftMargin)
     : cellWidth_(cellWidth), boldCellWidth_(boldCellWidth), leftMargin_(leftMargin) {}
 
-qsizetype FixedTextMeasure::FitCount(QStringView text, int width, bool bold) const {
-  const int cell = bold ? boldCellWidth_ : cellWidth_;
+qsizetype FixedTextMeasure::FitCount(QStringView text, int width, int face) const {
+  const int cell = face & kFaceBold ? boldCellWidth_ : cellWidth_;
   qsizetype used = 0;
   qsizetype i = 0;
   for (; i < text.size(); ++i) {
@@ -17,47 +17,48 @@ qsizetype FixedTextMeasure::FitCount(QStringView text, int width, bool bold) con
   return i;
 }
 
-int FixedTextMeasure::Width(QStringView text, bool bold) const {
+int FixedTextMeasure::Width(QStringView text, int face) const {
   const auto chars = std::count_if(text.begin(), text.end(),
                                    [](QChar c) { return !c.isLowSurrogate(); });
-  return int(chars) * (bold ? boldCellWidth_ : cellWidth_);
+  return int(chars) * (face & kFaceBold ? boldCellWidth_ : cellWidth_);
 }
 
 namespace {
 
-// Only bold changes how text measures, so a row is measured in pieces of equal boldness.
-struct BoldSpan {
+// Only the face changes how text measures, so a row is measured in pieces of one face.
+struct FaceSpan {
   qsizetype start;
-  bool bold;
+  int face;
 };
 
-std::vector<BoldSpan> BoldSpans(const ParsedLine& line) {
-  std::vector<BoldSpan> spans{{0, false}};
+std::vector<FaceSpan> FaceSpans(const ParsedLine& line) {
+  std::vector<FaceSpan> spans{{0, 0}};
   TextStyle style;
   for (const FormatRun& run : line.runs) {
     ApplyRun(style, run);
-    if (style.bold == spans.back().bold) continue;
+    const int face = style.Face();
+    if (face == spans.back().face) continue;
     if (spans.back().start != run.position) {
-      spans.push_back({run.position, style.bold});
+      spans.push_back({run.position, face});
       continue;
     }
-    spans.back().bold = style.bold;  // several codes at one position: the last one counts
-    if (spans.size() > 1 && spans[spans.size() - 2].bold == style.bold) spans.pop_back();
+    spans.back().face = face;  // several codes at one position: the last one counts
+    if (spans.size() > 1 && spans[spans.size() - 2].face == face) spans.pop_back();
   }
   return spans;
 }
 
-// Where a piece of a row starts, how far right, and in which weight.
+// Where a piece of a row starts, how far right, and in which face.
 struct Piece {
   qsizetype start;
   int x;
-  bool bold;
+  int face;
 };
 
 class RowBreaker {
  public:
   RowBreaker(const ParsedLine& line, int width, const TextMeasure& measure)
-      : text_(line.text), measure_(measure), spans_(BoldSpans(line)),
+      : text_(line.text), measure_(measure), spans_(FaceSpans(line)),
         available_(width - measure.LeftMargin()) {}
 
   // The end of the row that starts at `start`.
@@ -71,7 +72,7 @@ class RowBreaker {
 
   QStringView text_;
   const TextMeasure& measure_;
-  std::vector<BoldSpan> spans_;
+  std::vector<FaceSpan> spans_;
   int available_;
   std::vector<Piece> pieces_;  // of the row being built
 };
@@ -85,7 +86,7 @@ qsizetype RowBreaker::PieceEnd(size_t span) const {
 qsizetype RowBreaker::RowEnd(qsizetype start) {
   pieces_.clear();
   auto span = size_t(std::upper_bound(spans_.begin(), spans_.end(), start,
-                                      [](qsizetype p, const BoldSpan& s) {
+                                      [](qsizetype p, const FaceSpan& s) {
                                         return p < s.start;
                                       }) - spans_.begin() - 1);
   qsizetype p = start;
@@ -93,12 +94,12 @@ qsizetype RowBreaker::RowEnd(qsizetype start) {
   for (; p < text_.size(); ++span) {
     const qsizetype end = PieceEnd(span);
     if (end <= p) continue;
-    const bool bold = spans_[span].bold;
-    pieces_.push_back({p, x, bold});
+    const int face = spans_[span].face;
+    pieces_.push_back({p, x, face});
     const QStringView piece = text_.sliced(p, end - p);
-    const qsizetype fit = measure_.FitCount(piece, available_ - x, bold);
+    const qsizetype fit = measure_.FitCount(piece, available_ - x, face);
     if (fit < piece.size()) return BreakAt(start, p + fit);
-    x += measure_.Width(piece, bold);
+    x += measure_.Width(piece, face);
     p = end;
   }
   return p;
@@ -120,7 +121,7 @@ int RowBreaker::ExtentUpTo(qsizetype position) const {
   auto piece = pieces_.rbegin();
   while (piece->start > position) ++piece;
   return piece->x + measure_.Width(text_.sliced(piece->start, position - piece->start),
-                                   piece->bold);
+                                   piece->face);
 }
 
 // Nothing fits at all: the row still takes one character so wrapping always ends.

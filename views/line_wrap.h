@@ -8,8 +8,8 @@
 #include "views/formatted_text.h"
 
 // How the view's fonts measure text. The widget implements it with its font metrics;
-// tests and benchmarks use FixedTextMeasure. Bold text may measure differently, hence the
-// flag. Widths are in pixels.
+// tests and benchmarks use FixedTextMeasure. Text measures differently in each face
+// (kFaceBold, kFaceItalic, kFaceMonospace bits), hence the argument. Widths are in pixels.
 class TextMeasure {
  public:
   virtual ~TextMeasure() = default;
@@ -18,17 +18,18 @@ class TextMeasure {
   // How many UTF-16 units from the start of `text` fit into `width` (0 when the width is
   // negative). The text can be very long: stop measuring once the width is exceeded, and
   // never end between the halves of a surrogate pair.
-  virtual qsizetype FitCount(QStringView text, int width, bool bold) const = 0;
-  virtual int Width(QStringView text, bool bold) const = 0;
+  virtual qsizetype FitCount(QStringView text, int width, int face) const = 0;
+  virtual int Width(QStringView text, int face) const = 0;
 };
 
-// Every character one cell wide (a surrogate pair is one character).
+// Every character one cell wide (a surrogate pair is one character); the bold cell for
+// any face with the bold bit.
 class FixedTextMeasure final : public TextMeasure {
  public:
   FixedTextMeasure(int cellWidth, int boldCellWidth, int leftMargin = 0);
   int LeftMargin() const override { return leftMargin_; }
-  qsizetype FitCount(QStringView text, int width, bool bold) const override;
-  int Width(QStringView text, bool bold) const override;
+  qsizetype FitCount(QStringView text, int width, int face) const override;
+  int Width(QStringView text, int face) const override;
 
  private:
   int cellWidth_;

@@ -4,6 +4,7 @@
 #include "settings/settings_store.h"
 #include "views/conversation_log.h"
 #include "views/tab_bar.h"
+#include "views/tab_sets.h"
 #include "views/time_format.h"
 
 #include <optional>
@@ -26,10 +27,7 @@ QString LogBase(const SettingsStore& settings, const ConversationTab& tab) {
 
 }  // namespace
 
-bool BalloonSwitchOn(quint32 tabSets, TabKind kind) {
-  const int offset = static_cast<int>(kind) - static_cast<int>(TabKind::Status);
-  return offset >= 0 && ((tabSets >> (16 + 2 * offset)) & 3) != 0;
-}
+bool BalloonSwitchOn(quint32 tabSets, TabKind kind) { return BalloonOn(tabSets, kind); }
 
 qsizetype PrintToTab(TabBar& bar, int position, QStringView text, quint32 colour) {
   if (!bar.At(position)) return 0;

@@ -26,6 +26,7 @@ ssize_t ReadFully(int fd, char* into, size_t count, off_t at) {
 }  // namespace
 
 DictFile::~DictFile() {
+  Flush();
   Unmap();
   if (fd_ >= 0) ::close(fd_);  // closing drops the lock
 }
@@ -59,8 +60,9 @@ bool DictFile::Open(const QString& path, Access access) {
       damaged_ = true;
   }
   // Without a mapping the buffer does all the reading, only slower.
-  void* map = access == Access::Write ? ::mmap(nullptr, size_, PROT_READ, MAP_SHARED, fd_, 0)
-                                      : MAP_FAILED;
+  void* map = access == Access::Write
+                  ? ::mmap(nullptr, size_, PROT_READ, MAP_SHARED, fd_, 0)
+                  : MAP_FAILED;
   if (map != MAP_FAILED) {
     mapped_ = static_cast<const char*>(map);
     mappedSize_ = size_;
@@ -81,9 +83,12 @@ std::optional<DictRecord> DictFile::Read(quint32 offset, bool mayEnd) {
     damaged_ = !(mayEnd && offset == size_);
     return std::nullopt;
   }
+  if (const auto link = links_.find(offset); link != links_.end()) return link->second;
   const char* bytes = nullptr;
-  if (offset + kDictRecordSize <= mappedSize_) {
-    bytes = mapped_ + offset;  // written records read back too: the mapping is shared
+  if (!appended_.isEmpty() && offset >= appendStart_) {
+    bytes = appended_.constData() + (offset - appendStart_);
+  } else if (offset + kDictRecordSize <= mappedSize_) {
+    bytes = mapped_ + offset;
   } else {
     const bool buffered = offset >= bufferStart_ &&
                           offset - bufferStart_ + kDictRecordSize <= bufferLength_;
@@ -115,6 +120,34 @@ bool DictFile::WriteAt(quint32 offset, const char* bytes, qint64 count) {
   return true;
 }
 
+bool DictFile::Flush() {
+  if (!appended_.isEmpty() && !WriteAt(appendStart_, appended_.constData(), appended_.size())) {
+    // Whatever part of the runs did reach the file would end it in half a record.
+    if (::ftruncate(fd_, appendStart_) == 0) size_ = appendStart_;
+    bufferLength_ = 0;
+    appended_.clear();
+    links_.clear();
+    headerChanged_ = false;
+    return false;
+  }
+  appended_.clear();
+  bool written = true;
+  for (const auto& [offset, record] : links_) {
+    char bytes[kDictRecordSize];
+    qToLittleEndian(record.alternative, bytes);
+    bytes[4] = char(record.character);
+    written = WriteAt(offset, bytes, kDictRecordSize) && written;
+  }
+  links_.clear();
+  if (headerChanged_) {
+    std::array<char, kDictHeaderSize> bytes{};
+    for (int slot = 0; slot < kDictSlots; ++slot) qToLittleEndian(header_[slot], bytes.data() + 4 * slot);
+    written = WriteAt(0, bytes.data(), bytes.size()) && written;
+    headerChanged_ = false;
+  }
+  return written;
+}
+
 bool DictFile::WriteEmptyHeader() {
   header_.fill(0);
   const std::array<char, kDictHeaderSize> zeros{};
@@ -126,29 +159,39 @@ bool DictFile::Truncate() {
   if (::ftruncate(fd_, 0) != 0) return false;
   size_ = 0;
   bufferLength_ = 0;
+  appended_.clear();
+  links_.clear();
+  headerChanged_ = false;
   damaged_ = false;
   return true;
 }
 
 bool DictFile::SetSlot(int slot, quint32 offset) {
-  char bytes[4];
-  qToLittleEndian(offset, bytes);
-  if (!WriteAt(quint32(4 * slot), bytes, 4)) return false;
   header_[slot] = offset;
+  headerChanged_ = true;
   return true;
 }
 
 bool DictFile::SetAlternative(quint32 offset, DictRecord record) {
-  char bytes[kDictRecordSize];
-  qToLittleEndian(record.alternative, bytes);
-  bytes[4] = char(record.character);
-  return WriteAt(offset, bytes, kDictRecordSize);
+  if (!appended_.isEmpty() && offset >= appendStart_) {  // a run of this operation
+    char* bytes = appended_.data() + (offset - appendStart_);
+    qToLittleEndian(record.alternative, bytes);
+    bytes[4] = char(record.character);
+  } else {
+    links_[offset] = record;
+  }
+  return true;
 }
 
 quint32 DictFile::AppendRun(QStringView characters) {
-  QByteArray run((characters.size() + 1) * kDictRecordSize, '\0');
-  for (qsizetype i = 0; i < characters.size(); ++i)
-    run[i * kDictRecordSize + 4] = char(characters[i].unicode() & 0xff);
+  const qsizetype length = (characters.size() + 1) * kDictRecordSize;
+  if (quint64(size_) + quint64(length) >= (quint64(1) << 32)) return 0;  // offsets are 32 bits
+  if (appended_.isEmpty()) appendStart_ = size_;
   const quint32 start = size_;
-  return WriteAt(start, run.constData(), run.size()) ? start : 0;
+  const qsizetype at = appended_.size();
+  appended_.resize(at + length, '\0');
+  for (qsizetype i = 0; i < characters.size(); ++i)
+    appended_[at + i * kDictRecordSize + 4] = char(characters[i].unicode() & 0xff);
+  size_ += quint32(length);
+  return start;
 }

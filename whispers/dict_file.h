@@ -12,13 +12,21 @@
 //
 // For teaching, the records present at opening are mapped for the operation rather than
 // read jump by jump: a 200-word line jumps thousands of times across a big tree, and a
-// system call per jump cost milliseconds. Only the pages a walk touches are read; records
-// appended during the operation are read through the buffer. A lookup jumps a few dozen
-// times, and setting up a mapping would cost it more than it saves.
+// system call per jump cost milliseconds. Only the pages a walk touches are read. A lookup
+// jumps a few dozen times, and setting up a mapping would cost it more than it saves.
+//
+// Teaching writes behind: new runs collect in memory and go out in one write when the
+// operation ends, then the links to them are set; a line of new words wrote twice per
+// word before. (Links set through a writable mapping cost a write fault per page, more
+// than a write each.) The order is kept: a run is in the file before anything points at
+// it, so a crash leaves unreachable records, never a link into nothing; runs that cannot
+// be written are cut off again and no link is set.
 
+#include <QByteArray>
 #include <QString>
 
 #include <array>
+#include <unordered_map>
 #include <optional>
 
 inline constexpr quint32 kDictHeaderSize = 1024;
@@ -55,7 +63,7 @@ class DictFile {
   // off its end is allowed there).
   std::optional<DictRecord> Read(quint32 offset, bool mayEnd = false);
 
-  // Writes that keep the buffer and the header true.
+  // Writes, seen at once by Read and Slot; runs and links reach the file at Flush.
   bool WriteEmptyHeader();
   bool Truncate();
   bool SetSlot(int slot, quint32 offset);
@@ -65,6 +73,9 @@ class DictFile {
   quint32 AppendRun(QStringView characters);
 
  private:
+  // Writes what teaching collected, on destruction. False when the runs could not be
+  // written: the file is then as it was at opening.
+  bool Flush();
   bool Fill(quint32 offset);
   void Unmap();
   bool WriteAt(quint32 offset, const char* bytes, qint64 count);
@@ -79,4 +90,10 @@ class DictFile {
   std::array<char, 1280> buffer_{};
   quint32 bufferStart_ = 0;
   quint32 bufferLength_ = 0;
+  // Written behind: runs appended from appendStart_ on, links into the records present
+  // at opening, and whether the header's slots changed.
+  QByteArray appended_;
+  quint32 appendStart_ = 0;
+  std::unordered_map<quint32, DictRecord> links_;
+  bool headerChanged_ = false;
 };

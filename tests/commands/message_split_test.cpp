@@ -34,7 +34,7 @@ TEST(SplitMessageText, Pieces) {
 TEST(LongTypedLine, GoesOutInPiecesThatFitTheWire) {
   QStringList words;
   for (int i = 0; i < 140; ++i) words << u"word%1"_s.arg(i, 3, 10, QChar(u'0'));
-  for (const QByteArray userHost : {"~me@" + QByteArray(64, 'h'), QByteArray("~me@h")}) {
+  for (const QByteArray& userHost : {"~me@" + QByteArray(64, 'h'), QByteArray("~me@h")}) {
     CommandClient client({{"#x", TabKind::Channel}}, "#x");
     client.settings.SetString(u"email", u"me@home"_s, 240);
     if (userHost.size() < 10) client.Receive(u":me!~me@h JOIN #x"_s);

@@ -35,7 +35,9 @@ TEST_P(TypedCommandTest, SendsAndShows) {
   if (!c.connected) client.Disconnect();
   const QString typed = QString::fromUtf8(c.typed);
   EXPECT_EQ(SubmitInputText(client.ctx, typed), typed.startsWith(u"/quit"_s, Qt::CaseInsensitive));
-  if (c.connected) EXPECT_EQ(client.Sent(), c.sent);
+  if (c.connected) {
+    EXPECT_EQ(client.Sent(), c.sent);
+  }
   EXPECT_EQ(client.Shown(), c.shown);
   // The answers to these are the user's to see, not the notify poll's or the DCC address's.
   EXPECT_EQ(client.ctx.isonRequested, typed.startsWith(u"/ison"_s));

@@ -96,7 +96,9 @@ TEST(DccEngine, FileResumedAcross4GiB) {
                               std::pair{bob.Downloads() + u"my_file.bin"_s, size - tail.size()}}) {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(length));
-    if (length == size) ASSERT_TRUE(file.seek(size - tail.size()) && file.write(tail) == tail.size());
+    if (length == size) {
+      ASSERT_TRUE(file.seek(size - tail.size()) && file.write(tail) == tail.size());
+    }
   }
   bob.shell.dccReceiveAnswers = {DccChoice::Accept};
   bob.shell.dccExistingAnswers = {DccChoice::Resume};

@@ -119,6 +119,29 @@ TEST_F(Session, ConversationWithAScriptedServer) {
   EXPECT_FALSE(control.IsConnecting() || control.PollTimerRunning() || ctx.session.userQuit);
 }
 
+// A server gone silent is asked with a PING of our own; its PONG keeps the link and is not
+// shown; a second silence past the PING ends the link as a lost one.
+TEST_F(Session, ASilentServerIsPingedThenGivenUp) {
+  UseServer(server.Port());
+  control.silenceBeforePing = 300ms;
+  control.silenceAfterPing = 300ms;
+  ASSERT_TRUE(ConnectAndWait());
+  server.Send(":irc.test 001 pocketfan :Welcome\r\n");
+  const auto tickUntil = [&](const std::function<bool()>& done) {
+    return RunUntil([&] { return control.PollTick(), done(); }, 5000);
+  };
+  ASSERT_TRUE(tickUntil([&] { return server.Received().contains("PING :tolv-1\n"); }));
+  server.Send(":irc.test PONG irc.test :tolv-1\r\n");
+  ASSERT_TRUE(tickUntil([&] { return server.Received().contains("PING :tolv-2\n"); }));
+  EXPECT_EQ(Lines().filter(u"tolv-1"_s), QStringList());
+  ASSERT_TRUE(tickUntil([&] { return ctx.session.serverSocket == kNoSocket; }));
+  EXPECT_TRUE(server.WaitForClose());
+  const QStringList last = Lines().mid(Lines().size() - 2);
+  EXPECT_TRUE(last.value(0).startsWith(u"* No answer from the server for "_s)) << last.value(0).toStdString();
+  EXPECT_TRUE(last.value(0).endsWith(u" seconds: the connection is lost"_s));
+  EXPECT_EQ(last.value(1), u"* Disconnected"_s);
+}
+
 // Failures are told, and nothing stays open. Each connect closes the channel tabs unless
 // they are to be rejoined or kept; a port identd cannot bind is told once.
 TEST_F(Session, FailuresTellTheUserAndLeaveNothingOpen) {

@@ -1,8 +1,10 @@
-// Formatting codes parsed into plain text and runs, wrapped into rows, kept in the store.
+// Formatting codes parsed into plain text and runs, wrapped into rows, kept in the store;
+// the web addresses of a line.
 
 #include "views/formatted_text.h"
 #include "views/line_store.h"
 #include "views/line_wrap.h"
+#include "views/text_links.h"
 
 #include <gtest/gtest.h>
 
@@ -10,21 +12,26 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Tables write the codes as ^C colour, ^B bold, ^O reset, ^R reverse, ^U underline,
-// since "\x03" followed by a digit would be read as one longer escape.
+// Tables write the codes as ^C colour, ^B bold, ^O reset, ^R reverse, ^U underline, ^H hex
+// colour, ^I italic, ^S strikethrough, ^M monospace, since "\x03" followed by a digit
+// would be read as one longer escape.
 QString Codes(QString text) {
   return text.replace(u"^C"_s, u"\x03"_s).replace(u"^B"_s, u"\x02"_s)
-      .replace(u"^O"_s, u"\x0f"_s).replace(u"^R"_s, u"\x16"_s).replace(u"^U"_s, u"\x1f"_s);
+      .replace(u"^O"_s, u"\x0f"_s).replace(u"^R"_s, u"\x16"_s).replace(u"^U"_s, u"\x1f"_s)
+      .replace(u"^H"_s, u"\x04"_s).replace(u"^I"_s, u"\x1d"_s).replace(u"^S"_s, u"\x1e"_s)
+      .replace(u"^M"_s, u"\x11"_s);
 }
 
 constexpr char16_t C = 0x03;
+constexpr char16_t H = 0x04;
+constexpr int Rgb(int rgb) { return kRgbColour | rgb; }
 
 // Out of range, a foreground becomes 1 and a background 0. The background comes from the
 // previous colour run, and a reset is none. Every line starts with the run {C, 0, -1, -1}.
 TEST(ParseFormatting, GivesPlainTextAndRuns) {
   const std::tuple<QString, QString, QList<FormatRun>> cases[] = {
       {u"no codes here"_s, u"no codes here"_s, {}},
-      {u"^C15,15x"_s, u"x"_s, {{C, 0, 15, 15}}},
+      {u"^C0,1x^C15,15y"_s, u"xy"_s, {{C, 0, 0, 1}, {C, 1, 15, 15}}},
       {u"^C16,16x"_s, u"x"_s, {{C, 0, 1, 0}}},
       {u"^C4,123"_s, u"3"_s, {{C, 0, 4, 12}}},  // two digits at most
       {u"^C4,12a^Cb^C"_s, u"ab"_s, {{C, 0, 4, 12}, {C, 1, -1, -1}, {C, 2, -1, -1}}},
@@ -34,6 +41,10 @@ TEST(ParseFormatting, GivesPlainTextAndRuns) {
       {u"^C\u0663x"_s, u"\u0663x"_s, {{C, 0, -1, -1}}},  // ASCII digits only
       {u"^Bb^Uu^Rr^On"_s, u"burn"_s, {{0x02, 0, -1, -1}, {0x1f, 1, -1, -1}, {0x16, 2, -1, -1}, {0x0f, 3, -1, -1}}},
       {u"\x01" "ACTION\x01\t\x07"_s, u"\x01" "ACTION\x01\t\x07"_s, {}},  // other controls are text
+      {u"^Ii^Ss^Mm"_s, u"ism"_s, {{0x1d, 0, -1, -1}, {0x1e, 1, -1, -1}, {0x11, 2, -1, -1}}},
+      {u"^Hff8000,0000FFx"_s, u"x"_s, {{H, 0, Rgb(0xff8000), Rgb(0x0000ff)}}},
+      {u"^C4,2a^H00ff00b^Hc"_s, u"abc"_s, {{C, 0, 4, 2}, {H, 1, Rgb(0x00ff00), 2}, {H, 2, -1, -1}}},
+      {u"^H12345g^H123456,12x"_s, u"12345g,12x"_s, {{H, 0, -1, -1}, {H, 6, Rgb(0x123456), -1}}},
   };
   for (const auto& [input, plain, runs] : cases) {
     SCOPED_TRACE(input.toStdString());
@@ -48,7 +59,9 @@ TEST(StyleAt, AppliesTheRunsUpToAPosition) {
   const std::tuple<QString, qsizetype, TextStyle> cases[] = {
       {u"a^C4,2b"_s, 0, {}}, {u"a^C4,2b"_s, 1, {4, 2, false, false, false}},
       {u"^Ba^Bb"_s, 1, {}}, {u"^B^U^R^C3x"_s, 0, {3, -1, true, true, true}},
-      {u"^B^U^C3,4x^Oy"_s, 1, {}}, {u"^Bx^C5y"_s, 1, {5, -1, true, false, false}}};
+      {u"^B^U^C3,4x^Oy"_s, 1, {}}, {u"^Bx^C5y"_s, 1, {5, -1, true, false, false}},
+      {u"^I^S^Mx^Iy"_s, 0, {-1, -1, false, false, false, true, true, true}},
+      {u"^I^S^Mx^Oy"_s, 1, {}}, {u"^I^S^Mx^Iy"_s, 1, {-1, -1, false, false, false, false, true, true}}};
   for (const auto& [input, position, style] : cases)
     EXPECT_EQ(StyleAt(ParseFormatting(Codes(input)), position), style) << input.toStdString() << position;
 }
@@ -70,6 +83,7 @@ TEST(WrapLine, SplitsIntoRows) {
       {u"^Babcdefgh"_s, 60, {u"abcde"_s, u"fgh"_s}, 0},
       {u"abc^Bdefgh"_s, 60, {u"abcde"_s, u"fgh"_s}, 0},
       {u"abcdef ^Bghijkl"_s, 100, {u"abcdef "_s, u"ghijkl"_s}, 0},
+      {u"^I^Mabc^Bdefgh"_s, 60, {u"abcde"_s, u"fgh"_s}, 0},  // any face with bold measures bold
       {u"\U0001F600\U0001F600\U0001F600"_s, 20, {u"\U0001F600\U0001F600"_s, u"\U0001F600"_s}, 0},
       {u"\U0001F600\U0001F600"_s, 5, {u"\U0001F600"_s, u"\U0001F600"_s}, 0},
       {u"hello world"_s, 0, {u"hello world"_s}, 0},
@@ -139,3 +153,19 @@ TEST(LineStore, TextAndColourComeBackExactly) {
 }
 
 }  // namespace
+
+// Web addresses: where they start and end in a line's plain text.
+TEST(FindLinks, TakesTheAddressWithoutTheSentencesPunctuation) {
+  const std::pair<QString, QStringList> cases[] = {
+      {u"see https://example.org/a?b=1#c now"_s, {u"https://example.org/a?b=1#c"_s}},
+      {u"HTTP://Example.org. and (http://x.example/y_(z))."_s, {u"HTTP://Example.org"_s, u"http://x.example/y_(z)"_s}},
+      {u"<https://a.example/>, \"http://b.example\""_s, {u"https://a.example/"_s, u"http://b.example"_s}},
+      {u"xhttp://no.example ftp://no.example http:// https://"_s, {}},
+      {u"two:https://a.example/https://b.example"_s, {u"https://a.example/https://b.example"_s}},
+  };
+  for (const auto& [text, expected] : cases) {
+    QStringList found;
+    for (const TextLink& link : FindLinks(text)) found << text.sliced(link.start, link.end - link.start);
+    EXPECT_EQ(found, expected) << text.toStdString();
+  }
+}
