@@ -55,7 +55,9 @@ class BalloonMeasure final : public TextMeasure {
  public:
   explicit BalloonMeasure(const QFont& font) : normal_(Variant(font, false)), bold_(Variant(font, true)) {}
   int LeftMargin() const override { return 0; }
-  qsizetype FitCount(QStringView text, int width, bool bold) const override {
+  // Bold is the one face the balloon draws apart; italic and monospace show upright.
+  qsizetype FitCount(QStringView text, int width, int face) const override {
+    const bool bold = face & kFaceBold;
     if (width < 0) return 0;
     qreal used = 0;
     qsizetype i = 0;
@@ -67,8 +69,8 @@ class BalloonMeasure final : public TextMeasure {
     }
     return i;
   }
-  int Width(QStringView text, bool bold) const override {
-    return int(std::ceil(Advance(text, bold)));
+  int Width(QStringView text, int face) const override {
+    return int(std::ceil(Advance(text, face & kFaceBold)));
   }
   qreal Advance(QStringView text, bool bold) const {
     qreal sum = 0;
@@ -114,9 +116,9 @@ void PaintRow(QPainter& painter, const BalloonMeasure& measure, const RowInks& i
   for (size_t i = 0; i + 1 < cuts.size(); ++i) {
     const QStringView text = QStringView(line.text).sliced(cuts[i], cuts[i + 1] - cuts[i]);
     const TextStyle style = StyleAt(line, cuts[i]);
-    QColor ink = style.foreground >= 0 ? inks.codes[size_t(style.foreground)] : inks.own;
+    QColor ink = style.foreground >= 0 ? CodeColour(inks.codes, style.foreground) : inks.own;
     std::optional<QColor> cell;
-    if (style.background >= 0) cell = inks.codes[size_t(style.background)];
+    if (style.background >= 0) cell = CodeColour(inks.codes, style.background);
     if (style.reverse) std::tie(ink, cell) = std::pair{cell.value_or(inks.background), ink};
     const qreal advance = measure.Advance(text, style.bold);
     if (cell) painter.fillRect(QRectF(x, at.y(), advance, measure.RowHeight()), *cell);

@@ -70,6 +70,10 @@ QImage BlendTowardsWhite(QImage image, int level) {
 
 }  // namespace
 
+QColor CodeColour(const Palette16& codes, int code) {
+  return IsRgbColour(code) ? QColor::fromRgb(QRgb(code & 0xffffff)) : codes[size_t(code & 15)];
+}
+
 // One blended copy for all views. It is loaded again when the file or the settings name
 // another picture, or the file itself changed.
 QImage BackgroundPicture(const SettingsStore& settings) {
@@ -444,12 +448,9 @@ ColorTextWidget::RunColours ColorTextWidget::ColoursOf(const Segment& segment,
   const TextStyle& style = segment.style;
   if (segment.selected)
     return {palette().color(QPalette::HighlightedText), palette().color(QPalette::Highlight)};
-  const auto colour = [&](int code) {
-    return IsRgbColour(code) ? QColor::fromRgb(QRgb(code & 0xffffff)) : (*line.codes)[size_t(code)];
-  };
   RunColours colours{line.colour, std::nullopt};
-  if (style.foreground >= 0) colours.ink = colour(style.foreground);
-  if (style.background >= 0) colours.cell = colour(style.background);
+  if (style.foreground >= 0) colours.ink = CodeColour(*line.codes, style.foreground);
+  if (style.background >= 0) colours.cell = CodeColour(*line.codes, style.background);
   if (style.reverse) colours = {colours.cell.value_or(line.background), colours.ink};
   return colours;
 }

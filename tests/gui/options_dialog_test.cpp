@@ -334,8 +334,9 @@ TEST_F(OptionsDialogTest, Screenshots) {
       dialog.Tabs()->setCurrentIndex(page);
       RunUntil([] { return false; }, 20);
       for (QWidget* w : dialog.Page(page)->findChildren<QWidget*>())
-        if (qobject_cast<QAbstractButton*>(w) || qobject_cast<QLineEdit*>(w) || qobject_cast<QComboBox*>(w))
+        if (qobject_cast<QAbstractButton*>(w) || qobject_cast<QLineEdit*>(w) || qobject_cast<QComboBox*>(w)) {
           EXPECT_GE(w->height(), 20 * factor) << page;
+        }
       save(&dialog, u"options_"_s + dialog.Tabs()->tabText(page).toLower(), size);
       auto* area = static_cast<QScrollArea*>(dialog.Tabs()->currentWidget());
       area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
