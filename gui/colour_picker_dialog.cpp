@@ -167,7 +167,8 @@ ColourPickerDialog::ColourPickerDialog(quint32 colour, int factor, QWidget* pare
   column->setContentsMargins(0, 0, 0, 4 * factor);
   column->addWidget(scroll);
   column->addWidget(buttons_);
-  FitControlsForTouch(this, factor);
+  FitForTouch(this, factor);
+  for (QLineEdit* field : fields_) field->setMinimumHeight(TouchHeight(factor));
 
   SetNewColour(newColour_, true);
   OnPaletteCell(kInitialPaletteColumn, kInitialPaletteRow);

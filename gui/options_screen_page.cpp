@@ -2,13 +2,13 @@
 // far it is blended toward white) and whether sizes follow the screen factor.
 
 #include "client/client_context.h"
-#include "gui/look_page_parts.h"
 #include "gui/options_page.h"
+#include "gui/options_page_parts.h"
+#include "gui/touch_targets_widget.h"
 #include "settings/look_options.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QImageReader>
 #include <QLabel>
@@ -35,11 +35,11 @@ QString BlendText(int position) { return u"Blend: "_s + QString::number(position
 class ScreenPage : public OptionsPage {
  public:
   ScreenPage(const OptionsPageEnv& env, QWidget* parent) : OptionsPage(parent), env_(env) {
-    QVBoxLayout* column = ScrollingColumn(this, env.factor);
-    column->addWidget(BuildBitmapGroup());
-    column->addWidget(BuildResolutionGroup());
-    column->addStretch();
-    FitControlsForTouch(this, env.factor);
+    QVBoxLayout* column = StartPage(this);
+    BuildBitmapGroup(AddGroup(column, u"Bitmap"_s));
+    BuildResolutionGroup(AddGroup(column, u"Resolution"_s));
+    FinishPage(this, column, env.factor);
+    blend_->setMinimumHeight(TouchHeight(env.factor));
   }
 
   void Load() override {
@@ -50,7 +50,6 @@ class ScreenPage : public OptionsPage {
     file_->setCurrentIndex(std::max(file_->findText(options.file), 0));
     blend_->setValue(options.blend);
     (options.realVga ? realVga_ : qvga_)->setChecked(true);
-    FollowEnable();
   }
 
   void Save() override {
@@ -63,40 +62,31 @@ class ScreenPage : public OptionsPage {
   }
 
  private:
-  QGroupBox* BuildBitmapGroup() {
-    auto* group = new QGroupBox(u"Bitmap"_s);
-    auto* layout = new QVBoxLayout(group);
-    enable_ = new QCheckBox(u"Enable"_s, group);
-    file_ = new QComboBox(group);
+  void BuildBitmapGroup(QVBoxLayout* layout) {
+    enable_ = AddCheck(layout, u"Enable"_s);
+    file_ = AddCombo(layout, QString());
     file_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     file_->setMinimumContentsLength(8);
-    blendLabel_ = new QLabel(BlendText(0), group);
-    blend_ = new QSlider(Qt::Horizontal, group);
+    blendLabel_ = new QLabel(BlendText(0));
+    blend_ = new QSlider(Qt::Horizontal);
     blend_->setRange(0, 10);
     blend_->setPageStep(1);
     blend_->setTickPosition(QSlider::TicksBelow);
-    for (QWidget* w : std::initializer_list<QWidget*>{enable_, file_, blendLabel_, blend_})
-      layout->addWidget(w);
-    connect(enable_, &QCheckBox::toggled, this, [this] { FollowEnable(); });
+    layout->addWidget(blendLabel_);
+    layout->addWidget(blend_);
     connect(blend_, &QSlider::valueChanged, this,
             [this](int position) { blendLabel_->setText(BlendText(position)); });
-    return group;
+    EnableWith(enable_, {file_, blendLabel_, blend_});
   }
 
-  QGroupBox* BuildResolutionGroup() {
-    auto* group = new QGroupBox(u"Resolution"_s);
-    auto* layout = new QHBoxLayout(group);
-    qvga_ = new QRadioButton(u"QVGA"_s, group);
-    realVga_ = new QRadioButton(u"Real-VGA"_s, group);
-    layout->addWidget(qvga_);
-    layout->addWidget(realVga_);
-    layout->addStretch();
-    return group;
-  }
-
-  void FollowEnable() {
-    for (QWidget* w : std::initializer_list<QWidget*>{file_, blendLabel_, blend_})
-      w->setEnabled(enable_->isChecked());
+  void BuildResolutionGroup(QVBoxLayout* layout) {
+    auto* row = new QHBoxLayout;
+    qvga_ = new QRadioButton(u"QVGA"_s);
+    realVga_ = new QRadioButton(u"Real-VGA"_s);
+    row->addWidget(qvga_);
+    row->addWidget(realVga_);
+    row->addStretch();
+    layout->addLayout(row);
   }
 
   OptionsPageEnv env_;

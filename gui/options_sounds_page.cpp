@@ -2,8 +2,8 @@
 // user hear a file before choosing it, so it plays even while sounds are off.
 
 #include "client/client_context.h"
-#include "gui/look_page_parts.h"
 #include "gui/options_page.h"
+#include "gui/options_page_parts.h"
 #include "gui/shell_window.h"
 #include "gui/touch_targets_widget.h"
 #include "settings/look_options.h"
@@ -25,13 +25,11 @@ namespace {
 class SoundsPage : public OptionsPage {
  public:
   SoundsPage(const OptionsPageEnv& env, QWidget* parent) : OptionsPage(parent), env_(env) {
-    QVBoxLayout* column = ScrollingColumn(this, env.factor);
-    enable_ = new QCheckBox(u"Enable"_s);
-    column->addWidget(enable_);
+    QVBoxLayout* column = StartPage(this);
+    enable_ = AddCheck(column, u"Enable"_s);
     column->addWidget(BuildEventList());
     column->addLayout(BuildChooser());
-    column->addStretch();
-    FitControlsForTouch(this, env.factor);
+    FinishPage(this, column, env.factor);
   }
 
   void Load() override {
@@ -80,7 +78,7 @@ class SoundsPage : public OptionsPage {
     sound_ = new QComboBox;
     sound_->setObjectName(u"sound"_s);
     sound_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    sound_->setMinimumContentsLength(5);
+    sound_->setMinimumContentsLength(4);
     row->addWidget(sound_, 1);
     auto* play = new QPushButton(u"Play"_s);
     play->setObjectName(u"play"_s);

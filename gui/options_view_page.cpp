@@ -7,6 +7,7 @@
 #include "gui/colour_picker_dialog.h"
 #include "gui/look_page_parts.h"
 #include "gui/options_page.h"
+#include "gui/options_page_parts.h"
 #include "gui/touch_targets_widget.h"
 #include "settings/look_options.h"
 #include "settings/settings_defaults.h"
@@ -64,11 +65,10 @@ class ViewPage : public OptionsPage {
  public:
   ViewPage(const OptionsPageEnv& env, QWidget* parent) : OptionsPage(parent), env_(env) {
     palette_ = LoadCodeColours(env.ctx.settings);
-    QVBoxLayout* column = ScrollingColumn(this, env.factor);
+    QVBoxLayout* column = StartPage(this);
     column->addWidget(BuildColourGroup());
     column->addWidget(BuildFontGroup());
-    column->addStretch();
-    FitControlsForTouch(this, env.factor);
+    FinishPage(this, column, env.factor);
     RefreshColourRows();
   }
 
@@ -135,18 +135,18 @@ class ViewPage : public OptionsPage {
     auto* group = new QGroupBox(u"Font"_s);
     auto* form = new QFormLayout(group);
     form->setRowWrapPolicy(QFormLayout::WrapLongRows);
-    element_ = AddCombo(form, u"Edit"_s, u"element"_s);
+    element_ = AddFormCombo(form, u"Edit"_s, u"element"_s);
     for (const ElementColours& e : kElements) element_->addItem(QString::fromUtf16(e.label));
-    face_ = AddCombo(form, u"Font name"_s, u"fontName"_s);
+    face_ = AddFormCombo(form, u"Font name"_s, u"fontName"_s);
     face_->addItems(QFontDatabase::families());
     // A face the system lacks still shows its name; Qt draws it with a fallback.
     if (face_->findText(QString::fromUtf16(kFallbackFace), Qt::MatchFixedString) < 0)
       face_->insertItem(0, QString::fromUtf16(kFallbackFace));
-    size_ = AddCombo(form, u"Size"_s, u"fontSize"_s);
+    size_ = AddFormCombo(form, u"Size"_s, u"fontSize"_s);
     for (int size = kSmallestFontSize; size <= kLargestFontSize; ++size)
       size_->addItem(QString::number(size), size);
-    textColour_ = AddCombo(form, u"TxtCol"_s, u"txtCol"_s);
-    backgroundColour_ = AddCombo(form, u"BgCol"_s, u"bgCol"_s);
+    textColour_ = AddFormCombo(form, u"TxtCol"_s, u"txtCol"_s);
+    backgroundColour_ = AddFormCombo(form, u"BgCol"_s, u"bgCol"_s);
     for (QComboBox* combo : {textColour_, backgroundColour_}) {
       combo->setIconSize(QSize(Side(), Side()));
       for (quint32 colour : palette_) combo->addItem(SwatchIcon(colour, Side()), ColourText(colour), colour);
@@ -185,7 +185,7 @@ class ViewPage : public OptionsPage {
     return group;
   }
 
-  QComboBox* AddCombo(QFormLayout* form, const QString& label, const QString& name) {
+  QComboBox* AddFormCombo(QFormLayout* form, const QString& label, const QString& name) {
     auto* combo = new QComboBox;
     combo->setObjectName(name);
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);

@@ -139,5 +139,5 @@ void SaveSoundOptions(SettingsStore& store, const SoundOptions& options) {
 
 QStringList ListInstallFiles(const SettingsStore& store, const QStringList& patterns) {
   // Name filters of QDir ignore case unless asked otherwise: "JOIN.WAV" is a sound too.
-  return QDir(GetInstallDir(store)).entryList(patterns, QDir::Files, QDir::Name);
+  return QDir(GetInstallDir(store)).entryList(patterns, QDir::Files, QDir::Name | QDir::IgnoreCase);
 }

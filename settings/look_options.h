@@ -71,5 +71,5 @@ constexpr quint8 BlendByte(quint8 byte, int level) {
 }
 
 // The names of the installation folder's files matching any of `patterns` ("*.wav"),
-// case-insensitively, sorted by name.
+// case-insensitively, sorted by name ignoring case.
 QStringList ListInstallFiles(const SettingsStore& store, const QStringList& patterns);

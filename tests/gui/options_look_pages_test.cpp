@@ -1,6 +1,5 @@
-// The "View", "Screen" and "Sounds" pages and "Select color": every control changed as a
-// finger would, then the values compared as they stand in settings.reg; and each page at
-// the pocket sizes, with screenshots to look at.
+// The View, Screen and Sounds pages and "Select color": every control changed, then the
+// values compared as they stand in settings.reg; and each page on pocket screens.
 
 #include "client/client_context.h"
 #include "gui/colour_picker_dialog.h"
@@ -46,7 +45,8 @@ class LookPages : public testing::Test {
  protected:
   LookPages() {
     InitialiseDefaults(settings);
-    for (const char* name : {"a.bmp", "b.png", "part.wav", "zap.wav", "notes.txt"}) WriteBytes(Home(name), "x");
+    for (const char* name : {"a.bmp", "b.png", "part.wav", "ZAP.WAV", "notes.txt"}) WriteBytes(Home(name), "x");
+    QDir(home.path()).mkdir(u"dir.wav"_s);  // a folder is not a sound
   }
   QString Home(const char* name) const { return home.path() + u'/' + QString::fromLatin1(name); }
   std::unique_ptr<OptionsPage> Make(OptionsPage* (*make)(const OptionsPageEnv&, QWidget*), int factor = 1) {
@@ -106,12 +106,19 @@ TEST_F(LookPages, ScreenPageWritesEveryControl) {
   EXPECT_EQ(blend->value(), 6);
   blend->setValue(3);
   EXPECT_TRUE(page->findChild<QLabel*>()->text() == u"Blend: 30%"_s);
-  for (QRadioButton* radio : page->findChildren<QRadioButton*>())
-    if (radio->text() == u"Real-VGA"_s) radio->click();
+  const QList<QRadioButton*> radios = page->findChildren<QRadioButton*>();  // QVGA, Real-VGA
+  EXPECT_TRUE(radios.at(0)->isChecked());
+  radios.at(1)->click();
   page->Save();
   EXPECT_EQ(RegLines({u"bmp"_s, u"bmpfile"_s, u"VGA"_s, u"bmpblend"_s}),
             (QStringList{u"\"bmp\"=dword:00000001"_s, u"\"bmpfile\"=\"b.png\""_s,
                          u"\"VGA\"=dword:00000001"_s, u"\"bmpblend\"=dword:00000003"_s}));
+  page->findChild<QCheckBox*>()->click();
+  radios.at(0)->click();
+  blend->setValue(0);
+  page->Save();
+  EXPECT_EQ(RegLines({u"bmp"_s, u"VGA"_s, u"bmpblend"_s}),
+            (QStringList{u"\"bmp\"=dword:00000000"_s, u"\"VGA\"=dword:00000000"_s, u"\"bmpblend\"=dword:00000000"_s}));
 }
 
 TEST_F(LookPages, SoundsPageWritesTheRowsAndPlaysWhileSoundsAreOff) {
@@ -121,29 +128,30 @@ TEST_F(LookPages, SoundsPageWritesTheRowsAndPlaysWhileSoundsAreOff) {
   auto* sound = Named<QComboBox>(page.get(), "sound");
   ASSERT_EQ(rows->topLevelItemCount(), 13);
   EXPECT_EQ(rows->topLevelItem(12)->text(0), u"Devoice"_s);
-  EXPECT_EQ(sound->count(), 3);  // the empty entry, part.wav, zap.wav
+  EXPECT_EQ(sound->count(), 3);  // the empty entry, part.wav, ZAP.WAV
   rows->setCurrentItem(rows->topLevelItem(1));
   EXPECT_EQ(sound->currentText(), u"part.wav"_s);
-  Choose(sound, u"zap.wav"_s);
+  Choose(sound, u"ZAP.WAV"_s);
   Named<QPushButton>(page.get(), "play")->click();
   rows->setCurrentItem(rows->topLevelItem(0));
   EXPECT_EQ(sound->currentText(), QString());  // join.wav is not in the folder
   Named<QPushButton>(page.get(), "play")->click();
-  EXPECT_EQ(shell.played, QStringList{Home("zap.wav")});
-  Choose(sound, u"zap.wav"_s);
+  EXPECT_EQ(shell.played, QStringList{Home("ZAP.WAV")});
+  Choose(sound, u"ZAP.WAV"_s);
   rows->setCurrentItem(rows->topLevelItem(4));
   Choose(sound, QString());
   page->findChild<QCheckBox*>()->click();
   page->Save();
   EXPECT_EQ(RegLines({u"snd_enable"_s, u"join"_s, u"part"_s, u"notice"_s, u"ping"_s}),
-            (QStringList{u"\"snd_enable\"=dword:00000001"_s, u"\"join\"=\"zap.wav\""_s,
-                         u"\"part\"=\"zap.wav\""_s, u"\"notice\"=\"\""_s, u"\"ping\"=\"ping.wav\""_s}));
+            (QStringList{u"\"snd_enable\"=dword:00000001"_s, u"\"join\"=\"ZAP.WAV\""_s,
+                         u"\"part\"=\"ZAP.WAV\""_s, u"\"notice\"=\"\""_s, u"\"ping\"=\"ping.wav\""_s}));
 }
 
 TEST_F(LookPages, ViewPageWritesColoursFacesAndSizes) {
   const QStringList families = QFontDatabase::families();
-  ASSERT_GE(families.size(), 2);
   settings.SetString(u"TextFontName"_s, u"No Such Face"_s, 35);
+  QByteArray codes = DefaultMircPalette().replace(4 * 4, 3, "\x01\x02\x03");  // the user's red
+  settings.SetBinary(u"mColors", codes);
   auto page = Make(MakeViewPage);
   page->show();
   auto* face = Named<QComboBox>(page.get(), "fontName");
@@ -171,7 +179,7 @@ TEST_F(LookPages, ViewPageWritesColoursFacesAndSizes) {
   picker->CancelButton()->click();
   EXPECT_TRUE(RunUntil([&] { return !page->findChild<ColourPickerDialog*>(); }, 2000));
 
-  list->setCurrentRow(20);  // Input color from the bar's red
+  list->setCurrentRow(20);  // Input color from the bar's fifth colour
   Named<QWidget>(page.get(), "colourBar")->findChildren<QToolButton*>().at(4)->click();
 
   auto* element = Named<QComboBox>(page.get(), "element");
@@ -189,7 +197,7 @@ TEST_F(LookPages, ViewPageWritesColoursFacesAndSizes) {
   EXPECT_EQ(size->currentText(), u"13"_s);
   page->Save();
   const QString kolory = u"\"kolory\"=hex:"_s + QString::fromLatin1(
-      Colours({{10, 0x0010e0}, {1, 0x0000ff}, {3, 0xff0000}, {2, 0xffffff}}).toHex(','));
+      Colours({{10, 0x0010e0}, {1, 0x030201}, {3, 0xff0000}, {2, 0xffffff}}).toHex(','));
   const auto quoted = [](const QString& text) { return u'"' + text + u'"'; };
   EXPECT_EQ(RegLines({u"kolory"_s, u"FontSize"_s, u"TextFontName"_s, u"ListFontName"_s, u"EditFontName"_s}),
             (QStringList{kolory, u"\"FontSize\"=dword:00000090"_s,
@@ -213,15 +221,16 @@ TEST_F(LookPages, FitPocketScreens) {
     const int factor = ScreenFactor(screen.width(), screen.height());
     const QString suffix = u"_%1x%2.png"_s.arg(screen.width()).arg(screen.height());
     for (const auto& [name, make] : pages) {
-      auto page = Make(make, factor);
-      page->resize(screen);
-      page->show();
+      QScrollArea area;  // as the dialog holds its pages
+      area.setWidgetResizable(true);
+      area.setWidget(Make(make, factor).release());
+      area.resize(screen);
+      area.show();
       QCoreApplication::processEvents();
-      QWidget* body = page->findChild<QScrollArea*>()->widget();
-      EXPECT_LE(body->minimumSizeHint().width(), screen.width()) << name << " at " << screen.width();
+      EXPECT_LE(area.widget()->minimumSizeHint().width(), screen.width()) << name << " at " << screen.width();
       const QString file = QStringLiteral(TOLV_SCREENSHOT_DIR "/options_") + QString::fromLatin1(name);
-      page->grab().save(file + suffix);
-      body->grab().save(file + u"_whole"_s + suffix);  // below the fold too
+      area.grab().save(file + suffix);
+      area.widget()->grab().save(file + u"_whole"_s + suffix);  // below the fold too
     }
     QWidget window;
     window.resize(screen);

@@ -1,13 +1,10 @@
-// The colour picker's generated palettes, the background blend, and the View, Screen and
-// Sounds values as they reach the settings.
+// The colour picker's palettes, the picture's blend, and the View values in the settings.
 
 #include "settings/colour_palette.h"
 #include "settings/look_options.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -34,7 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
                     PaletteCell{"YellowSegmentStepsDown", 5, 0, ColourRef(192, 255, 0)},
                     PaletteCell{"GreenSegmentStepsUp", 11, 0, ColourRef(0, 255, 192)},
                     PaletteCell{"CyanSegmentStepsDown", 14, 5, ColourRef(64, 128, 191)},
-                    PaletteCell{"InitialBlueVioletCell", 16, 9, ColourRef(116, 116, 140)},
+                    PaletteCell{"BlueSegmentStepsUp", 18, 0, ColourRef(128, 0, 255)},
                     PaletteCell{"MagentaLastColumn", 23, 2, ColourRef(229, 26, 77)}),
     [](const auto& info) { return std::string(info.param.name); });
 
@@ -58,13 +55,7 @@ INSTANTIATE_TEST_SUITE_P(
                Grey(0), Grey(0), Grey(0), Grey(0), Grey(0), Grey(0), Grey(0), Grey(0)}},
         Strip{"White", Grey(255),
               {Grey(255), Grey(255), Grey(255), Grey(255), Grey(255), Grey(255), Grey(255), Grey(255),
-               Grey(224), Grey(193), Grey(162), Grey(131), Grey(100), Grey(69), Grey(38), Grey(7)}},
-        Strip{"ChannelsApart", ColourRef(100, 17, 250),
-              {ColourRef(233, 220, 250), ColourRef(214, 191, 250), ColourRef(195, 162, 250),
-               ColourRef(176, 133, 250), ColourRef(157, 104, 250), ColourRef(138, 75, 250),
-               ColourRef(119, 46, 250), ColourRef(100, 17, 250), ColourRef(88, 15, 219),
-               ColourRef(76, 13, 188), ColourRef(64, 11, 157), ColourRef(52, 9, 126),
-               ColourRef(40, 7, 95), ColourRef(28, 5, 64), ColourRef(16, 3, 33), ColourRef(4, 1, 2)}}),
+               Grey(224), Grey(193), Grey(162), Grey(131), Grey(100), Grey(69), Grey(38), Grey(7)}}),
     [](const auto& info) { return std::string(info.param.name); });
 
 struct Blend {
@@ -80,13 +71,12 @@ TEST_P(BlendOf, Byte) {
 
 INSTANTIATE_TEST_SUITE_P(Bytes, BlendOf,
                          testing::Values(Blend{"NearWhiteAtSix", 250, 6, 253},
-                                         Blend{"BlackAtSix", 0, 6, 153},
                                          Blend{"LevelZeroKeeps", 37, 0, 37},
                                          Blend{"LevelTenWhitens", 0, 10, 255},
                                          Blend{"TruncatesAtOne", 100, 1, 115}),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(LookOptions, OutOfRangeValuesAreBroughtInAndFacesFitTheirValue) {
+TEST(LookOptions, SizesAreBroughtInAndFacesFitTheirValue) {
   QTemporaryDir home;
   SettingsStore store(home.path());
   InitialiseDefaults(store);
@@ -99,22 +89,6 @@ TEST(LookOptions, OutOfRangeValuesAreBroughtInAndFacesFitTheirValue) {
   const ViewOptions back = LoadViewOptions(store);
   EXPECT_EQ(back.faces[size_t(FontElement::List)], QString(34, u'x'));
   EXPECT_EQ(back.faces[size_t(FontElement::Text)], u"Tahoma"_s);
-  EXPECT_EQ(back.colours, DefaultViewOptions().colours);
-  ScreenOptions screen{true, u"a.bmp"_s, 14, true};
-  SaveScreenOptions(store, screen);
-  EXPECT_EQ(LoadScreenOptions(store).blend, 10);
-}
-
-TEST(LookOptions, InstallFilesMatchByPatternIgnoringCase) {
-  QTemporaryDir home;
-  SettingsStore store(home.path());
-  for (const char* name : {"b.wav", "A.WAV", "c.wav.txt", "d.bmp", "e.PNG"}) {
-    QFile file(home.path() + u'/' + QString::fromLatin1(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  }
-  QDir(home.path()).mkdir(u"f.wav"_s);  // a folder is not a sound
-  EXPECT_EQ(ListInstallFiles(store, {u"*.wav"_s}), (QStringList{u"A.WAV"_s, u"b.wav"_s}));
-  EXPECT_EQ(ListInstallFiles(store, {u"*.bmp"_s, u"*.png"_s}), (QStringList{u"d.bmp"_s, u"e.PNG"_s}));
 }
 
 }  // namespace
