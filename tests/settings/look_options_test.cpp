@@ -2,13 +2,10 @@
 
 #include "settings/colour_palette.h"
 #include "settings/look_options.h"
-#include "settings/settings_defaults.h"
 #include "settings/settings_store.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -79,16 +76,13 @@ INSTANTIATE_TEST_SUITE_P(Bytes, BlendOf,
 TEST(LookOptions, SizesAreBroughtInAndFacesFitTheirValue) {
   QTemporaryDir home;
   SettingsStore store(home.path());
-  InitialiseDefaults(store);
-  ViewOptions view = LoadViewOptions(store);
+  ViewOptions view = DefaultViewOptions();
   view.faces[size_t(FontElement::List)] = QString(40, u'x');
   view.textSize = 30;
   view.listSize = 2;
   SaveViewOptions(store, view);
   EXPECT_EQ(store.GetDword(u"FontSize"), 0x0f | 0x00 << 4);
-  const ViewOptions back = LoadViewOptions(store);
-  EXPECT_EQ(back.faces[size_t(FontElement::List)], QString(34, u'x'));
-  EXPECT_EQ(back.faces[size_t(FontElement::Text)], u"Tahoma"_s);
+  EXPECT_EQ(LoadViewOptions(store).faces[size_t(FontElement::List)], QString(34, u'x'));
 }
 
 }  // namespace
