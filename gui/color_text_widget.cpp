@@ -20,6 +20,7 @@
 #include <optional>
 #include <vector>
 
+#include "settings/look_options.h"
 #include "settings/settings_defaults.h"
 #include "settings/settings_paths.h"
 #include "settings/settings_store.h"
@@ -62,7 +63,7 @@ QImage BlendTowardsWhite(QImage image, int level) {
   for (int y = 0; y < image.height(); ++y) {
     uchar* byte = image.scanLine(y);
     for (qsizetype i = 0; i < bytesPerRow; ++i)
-      byte[i] = uchar(byte[i] + ((255 - byte[i]) * level) / 10);
+      byte[i] = BlendByte(byte[i], level);
   }
   return image;
 }
