@@ -1,5 +1,6 @@
 // The "Sounds" page: sounds on or off, and the file each event plays. "Play" lets the
-// user hear a file before choosing it, so it plays even while sounds are off.
+// user hear a file before choosing it, so it plays even while sounds are off. The desktop
+// notifications' switch lives here too: both tell of news in other tabs.
 
 #include "client/client_context.h"
 #include "gui/options_page.h"
@@ -29,12 +30,14 @@ class SoundsPage : public OptionsPage {
     enable_ = AddCheck(column, u"Enable"_s);
     column->addWidget(BuildEventList());
     column->addLayout(BuildChooser());
+    desktop_ = AddCheck(column, u"Desktop notifications"_s);
     FinishPage(this, column, env.factor);
   }
 
   void Load() override {
     const SoundOptions options = LoadSoundOptions(env_.ctx.settings);
     enable_->setChecked(options.enabled);
+    desktop_->setChecked(options.desktopNotify);
     for (int i = 0; i < kSoundEventCount; ++i) events_->topLevelItem(i)->setText(1, options.files[size_t(i)]);
     sound_->clear();
     sound_->addItem(QString());
@@ -46,6 +49,7 @@ class SoundsPage : public OptionsPage {
   void Save() override {
     SoundOptions options;
     options.enabled = enable_->isChecked();
+    options.desktopNotify = desktop_->isChecked();
     for (int i = 0; i < kSoundEventCount; ++i) options.files[size_t(i)] = events_->topLevelItem(i)->text(1);
     SaveSoundOptions(env_.ctx.settings, options);
   }
@@ -103,6 +107,7 @@ class SoundsPage : public OptionsPage {
 
   OptionsPageEnv env_;
   QCheckBox* enable_ = nullptr;
+  QCheckBox* desktop_ = nullptr;
   QTreeWidget* events_ = nullptr;
   QComboBox* sound_ = nullptr;
 };

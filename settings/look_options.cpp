@@ -124,6 +124,7 @@ const std::array<SoundEvent, kSoundEventCount> kSoundEvents{{
 SoundOptions LoadSoundOptions(const SettingsStore& store) {
   SoundOptions options;
   options.enabled = store.GetDword(u"snd_enable") != 0;
+  options.desktopNotify = store.GetDword(u"desk_notify") != 0;
   for (size_t i = 0; i < kSoundEvents.size(); ++i)
     store.GetString(kSoundEvents[i].value, options.files[i], kSoundNameUnits, SettingsKey::Sounds);
   return options;
@@ -132,6 +133,7 @@ SoundOptions LoadSoundOptions(const SettingsStore& store) {
 void SaveSoundOptions(SettingsStore& store, const SoundOptions& options) {
   store.BeginBatch();
   store.SetDword(u"snd_enable", options.enabled ? 1 : 0);
+  store.SetDword(u"desk_notify", options.desktopNotify ? 1 : 0);
   for (size_t i = 0; i < kSoundEvents.size(); ++i)
     SetText(store, kSoundEvents[i].value, options.files[i], kSoundNameUnits, SettingsKey::Sounds);
   store.EndBatch();

@@ -55,6 +55,7 @@ extern const std::array<SoundEvent, kSoundEventCount> kSoundEvents;
 
 struct SoundOptions {
   bool enabled = true;  // "snd_enable"
+  bool desktopNotify = true;  // "desk_notify": highlights and private messages on the desktop
   std::array<QString, kSoundEventCount> files;
 };
 SoundOptions LoadSoundOptions(const SettingsStore& store);

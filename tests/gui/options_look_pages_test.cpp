@@ -127,10 +127,10 @@ TEST_F(LookPages, SoundsPageWritesTheRowsAndPlaysWhileSoundsAreOff) {
   Choose(sound, u"ZAP.WAV"_s);
   rows->setCurrentItem(rows->topLevelItem(4));
   Choose(sound, QString());
-  page->findChild<QCheckBox*>()->click();
+  for (QCheckBox* box : page->findChildren<QCheckBox*>()) box->click();
   page->Save();
-  EXPECT_EQ(RegLines({u"snd_enable"_s, u"join"_s, u"part"_s, u"notice"_s, u"ping"_s}),
-            (QStringList{u"\"snd_enable\"=dword:00000001"_s, u"\"join\"=\"ZAP.WAV\""_s,
+  EXPECT_EQ(RegLines({u"snd_enable"_s, u"desk_notify"_s, u"join"_s, u"part"_s, u"notice"_s, u"ping"_s}),
+            (QStringList{u"\"snd_enable\"=dword:00000001"_s, u"\"desk_notify\"=dword:00000000"_s, u"\"join\"=\"ZAP.WAV\""_s,
                          u"\"part\"=\"ZAP.WAV\""_s, u"\"notice\"=\"\""_s, u"\"ping\"=\"ping.wav\""_s}));
 }
 
