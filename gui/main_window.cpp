@@ -45,7 +45,24 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kHoldMilliseconds = 600;
-constexpr int kInputColourEntry = 1;  // of "kolory"
+// Entries of "kolory" that colour the window rather than lines.
+constexpr int kTextBackgroundEntry = 0;
+constexpr int kInputColourEntry = 1;
+constexpr int kNickBackgroundEntry = 2;
+constexpr int kUserColourEntry = 3;
+constexpr int kVoiceColourEntry = 4;
+constexpr int kOperatorColourEntry = 5;
+
+QColor SchemeColour(const SettingsStore& settings, int entry) {
+  const quint32 c = ViewColour(settings, entry);
+  return QColor(int(c & 0xff), int((c >> 8) & 0xff), int((c >> 16) & 0xff));
+}
+
+void SetBase(QWidget* widget, const QColor& colour) {
+  QPalette palette = widget->palette();
+  palette.setColor(QPalette::Base, colour);
+  widget->setPalette(palette);
+}
 
 // A press held still on a list opens its menu, as a right click does: fingers have no
 // second button.
@@ -141,7 +158,8 @@ void MainWindow::BuildWidgets() {
   splitter_ = new QSplitter(Qt::Horizontal, central);
   views_ = new QStackedWidget(splitter_);
   nickView_ = new QListView(splitter_);
-  nickView_->setModel(&nickModel_);
+  nickColours_.setSourceModel(&nickModel_);
+  nickView_->setModel(&nickColours_);
   nickView_->setUniformItemSizes(true);
   nickView_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   splitter_->setChildrenCollapsible(false);
@@ -399,7 +417,12 @@ void MainWindow::Exit() {
 }
 
 void MainWindow::ApplyColours() {
-  input_->SetTextColour(ViewColour(ctx_.settings, kInputColourEntry));
+  const SettingsStore& settings = ctx_.settings;
+  input_->SetTextColour(ViewColour(settings, kInputColourEntry));
+  SetBase(views_, SchemeColour(settings, kTextBackgroundEntry));  // the text views take it
+  SetBase(nickView_, SchemeColour(settings, kNickBackgroundEntry));
+  nickColours_.SetColours(SchemeColour(settings, kUserColourEntry), SchemeColour(settings, kVoiceColourEntry),
+                          SchemeColour(settings, kOperatorColourEntry));
   for (auto& [id, view] : textViews_) view->viewport()->update();
 }
 

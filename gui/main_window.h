@@ -9,6 +9,7 @@
 #include "gui/shell_window.h"
 #include "net/session_control.h"
 #include "views/nick_list_model.h"
+#include "gui/nick_colour_model.h"
 #include "whispers/nick_completion.h"
 
 #include <QMainWindow>
@@ -85,6 +86,7 @@ class MainWindow : public QMainWindow {
   ClientContext ctx_;
   SessionControl session_;
   NickListModel nickModel_;
+  NickColourModel nickColours_;
   MenuBarWidget* menu_ = nullptr;
   TabStripWidget* strip_ = nullptr;
   QSplitter* splitter_ = nullptr;

@@ -3,6 +3,7 @@
 #include "gui/color_text_widget.h"
 #include "gui/input_line_widget.h"
 #include "gui/main_window.h"
+#include "gui/nick_colour_model.h"
 #include "gui/menu_bar_widget.h"
 #include "gui/popup_menu_widget.h"
 #include "gui/splash_window.h"
@@ -22,6 +23,7 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QStringListModel>
 #include <QTimer>
 #include <QToolButton>
 #include <QtEndian>
@@ -130,6 +132,26 @@ TEST_F(MainWindowTest, TheInputLineTextHasTheSchemesColour) {
     EXPECT_EQ(edit->palette().color(QPalette::Text), shown) << entry;
     EXPECT_EQ(edit->palette().color(QPalette::Base), base);
   }
+}
+
+// Entries 0 and 2 of "kolory" are the text's and the nick list's backgrounds, 3 to 5 the
+// colours of users, voiced users and operators in the list.
+TEST_F(MainWindowTest, TheSchemeColoursTheViewsAndTheNicks) {
+  QByteArray scheme;
+  ASSERT_TRUE(settings.GetBinary(u"kolory", scheme, 96));
+  for (int entry = 0; entry < 6; ++entry) qToLittleEndian(0x00000010u * quint32(entry + 1), scheme.data() + 4 * entry);
+  settings.SetBinary(u"kolory", scheme);
+  MainWindow fresh(settings);
+  fresh.FinishStart(false);
+  EXPECT_EQ(fresh.TextViewOf(fresh.Context().tabs.At(0)->id)->palette().color(QPalette::Base), QColor(0x10, 0, 0));
+  EXPECT_EQ(fresh.NickView()->palette().color(QPalette::Base), QColor(0x30, 0, 0));
+  QStringListModel nicks({u"@op"_s, u"+voiced"_s, u"user"_s});
+  NickColourModel coloured;
+  coloured.setSourceModel(&nicks);
+  coloured.SetColours(Qt::red, Qt::green, Qt::blue);
+  QList<QColor> shown;
+  for (int row = 0; row < 3; ++row) shown << coloured.index(row, 0).data(Qt::ForegroundRole).value<QColor>();
+  EXPECT_EQ(shown, (QList<QColor>{Qt::blue, Qt::green, Qt::red}));
 }
 
 // The keyboard's rectangle is in the window's coordinates wherever the window stands on
