@@ -1,5 +1,7 @@
 #include "gui/dcc_dialogs.h"
 
+#include "gui/touch_targets_widget.h"
+
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -16,14 +18,6 @@ namespace {
 
 constexpr int kDefaultPacketIndex = 3;  // 4096
 constexpr int kButtonPadding = 16;
-
-QLabel* AddLabel(QVBoxLayout* layout, const QString& text, QWidget* buddy = nullptr) {
-  auto* label = new QLabel(text);
-  label->setWordWrap(true);
-  if (buddy) label->setBuddy(buddy);
-  layout->addWidget(label);
-  return label;
-}
 
 // A path field with "..." beside it; paths are long, so the field takes the width.
 QLineEdit* AddPathRow(QVBoxLayout* layout, const std::function<void(QLineEdit*)>& browse) {
@@ -44,13 +38,13 @@ DccSendDialog::DccSendDialog(const QString& nick, QWidget* parent)
     : QDialog(parent), nick_(new QLineEdit(nick)), packet_(new QComboBox) {
   setWindowTitle(u"Tolv DCC Sending"_s);
   auto* layout = new QVBoxLayout(this);
-  AddLabel(layout, u"Nickname:"_s, nick_);
+  AddWrappedLabel(layout, u"Nickname:"_s, nick_);
   layout->addWidget(nick_);
-  AddLabel(layout, u"Packet:"_s, packet_);
+  AddWrappedLabel(layout, u"Packet:"_s, packet_);
   for (int size : kDccPacketSizes) packet_->addItem(QString::number(size), size);
   packet_->setCurrentIndex(kDefaultPacketIndex);
   layout->addWidget(packet_);
-  AddLabel(layout, u"Source file:"_s);
+  AddWrappedLabel(layout, u"Source file:"_s);
   file_ = AddPathRow(layout, [this](QLineEdit*) { Browse(); });
   layout->addStretch();
   auto* buttons = new QDialogButtonBox;
@@ -83,9 +77,9 @@ DccQuestionDialog::DccQuestionDialog(const QString& title, const QString& text, 
     : QDialog(parent) {
   setWindowTitle(title);
   auto* layout = new QVBoxLayout(this);
-  AddLabel(layout, text);
+  AddWrappedLabel(layout, text);
   if (destination) {
-    AddLabel(layout, u"Destination file:"_s);
+    AddWrappedLabel(layout, u"Destination file:"_s);
     destination_ = AddPathRow(layout, [this](QLineEdit* field) {
       const QString file = QFileDialog::getSaveFileName(this, u"Destination file"_s, field->text(), {}, nullptr,
                                                         QFileDialog::DontConfirmOverwrite);

@@ -4,6 +4,7 @@
 #include "gui/desktop_notifier.h"
 #include "gui/help_viewer.h"
 #include "gui/input_line_widget.h"
+#include "gui/look_page_parts.h"
 #include "gui/menu_bar_widget.h"
 #include "gui/options_dialog.h"
 #include "gui/popup_menu_widget.h"
@@ -54,8 +55,7 @@ constexpr int kVoiceColourEntry = 4;
 constexpr int kOperatorColourEntry = 5;
 
 QColor SchemeColour(const SettingsStore& settings, int entry) {
-  const quint32 c = ViewColour(settings, entry);
-  return QColor(int(c & 0xff), int((c >> 8) & 0xff), int((c >> 16) & 0xff));
+  return ColourOf(ViewColour(settings, entry));
 }
 
 void SetBase(QWidget* widget, const QColor& colour) {

@@ -21,15 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Labels wrap rather than widen a page past a 240-pixel screen.
-QLabel* AddLabel(QVBoxLayout* layout, const QString& text, QWidget* buddy) {
-  auto* label = new QLabel(text);
-  label->setWordWrap(true);
-  label->setBuddy(buddy);
-  layout->addWidget(label);
-  return label;
-}
-
 }  // namespace
 
 // Margins stay small: on a pocket screen every pixel of width is text.
@@ -58,7 +49,7 @@ QLineEdit* MakeField(const OptionsPageEnv& env, int limit) {
 
 QLineEdit* AddField(const OptionsPageEnv& env, QVBoxLayout* layout, const QString& label, int limit) {
   QLineEdit* field = MakeField(env, limit);
-  AddLabel(layout, label, field);
+  AddWrappedLabel(layout, label, field);
   layout->addWidget(field);
   return field;
 }
@@ -92,7 +83,7 @@ QButtonGroup* AddRadioRow(QVBoxLayout* layout, const QString& label,
 
 QLineEdit* AddPathRow(const OptionsPageEnv& env, QVBoxLayout* layout, const QString& label, int limit) {
   QLineEdit* field = MakeField(env, limit);
-  AddLabel(layout, label, field);
+  AddWrappedLabel(layout, label, field);
   auto* row = new QHBoxLayout;
   auto* browse = new QPushButton(u"..."_s);
   browse->setFixedWidth(TouchHeight(env.factor) * 3 / 2);
@@ -111,7 +102,7 @@ QLineEdit* AddPathRow(const OptionsPageEnv& env, QVBoxLayout* layout, const QStr
 
 QComboBox* AddCombo(QVBoxLayout* layout, const QString& label) {
   auto* combo = new QComboBox;
-  if (!label.isEmpty()) AddLabel(layout, label, combo);
+  if (!label.isEmpty()) AddWrappedLabel(layout, label, combo);
   layout->addWidget(combo);
   return combo;
 }

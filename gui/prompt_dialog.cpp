@@ -1,5 +1,7 @@
 #include "gui/prompt_dialog.h"
 
+#include "gui/touch_targets_widget.h"
+
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -10,16 +12,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Labels such as "Enter channel(s) comma's separated:" are wider than a 240-pixel
-// screen in some fonts, so they wrap instead of widening the dialog.
-QLabel* AddLabel(QVBoxLayout* layout, const QString& text, QWidget* buddy) {
-  auto* label = new QLabel(text);
-  label->setWordWrap(true);
-  label->setBuddy(buddy);
-  layout->addWidget(label);
-  return label;
-}
 
 QLineEdit* NewField() {
   auto* field = new QLineEdit;
@@ -48,7 +40,7 @@ OneLinePromptDialog::OneLinePromptDialog(const QString& title, const QString& la
     : QDialog(parent), field_(NewField()), empty_(empty) {
   setWindowTitle(title);
   auto* layout = new QVBoxLayout(this);
-  AddLabel(layout, label, field_);
+  AddWrappedLabel(layout, label, field_);
   layout->addWidget(field_);
   layout->addStretch();
   ok_ = AddButtons(this, layout, u"OK"_s);
@@ -69,9 +61,9 @@ TwoLinePromptDialog::TwoLinePromptDialog(const QString& title, const QString& fi
     : QDialog(parent), first_(NewField()), second_(NewField()) {
   setWindowTitle(title);
   auto* layout = new QVBoxLayout(this);
-  AddLabel(layout, firstLabel, first_);
+  AddWrappedLabel(layout, firstLabel, first_);
   layout->addWidget(first_);
-  AddLabel(layout, secondLabel, second_);
+  AddWrappedLabel(layout, secondLabel, second_);
   layout->addWidget(second_);
   layout->addStretch();
   ok_ = AddButtons(this, layout, u"OK"_s);
@@ -94,7 +86,7 @@ ListPromptDialog::ListPromptDialog(const QString& title, const QString& label,
     : QDialog(parent), list_(new QListWidget) {
   setWindowTitle(title);
   auto* layout = new QVBoxLayout(this);
-  AddLabel(layout, label, list_);
+  AddWrappedLabel(layout, label, list_);
   list_->addItems(entries);
   list_->setSelectionMode(QAbstractItemView::SingleSelection);
   layout->addWidget(list_, 1);

@@ -2,6 +2,8 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QBoxLayout>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
@@ -68,4 +70,12 @@ void FitForTouch(QWidget* root, int factor) {
     root->setFont(TouchFont(factor));
   for (QMenu* menu : root->findChildren<QMenu*>()) FitMenu(menu, factor);
   for (QAbstractButton* button : root->findChildren<QAbstractButton*>()) FitButton(button, factor);
+}
+
+QLabel* AddWrappedLabel(QVBoxLayout* layout, const QString& text, QWidget* buddy) {
+  auto* label = new QLabel(text);
+  label->setWordWrap(true);
+  if (buddy) label->setBuddy(buddy);
+  layout->addWidget(label);
+  return label;
 }

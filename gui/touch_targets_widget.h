@@ -7,6 +7,9 @@
 
 #include <QFont>
 
+class QLabel;
+class QString;
+class QVBoxLayout;
 class QWidget;
 
 constexpr int TouchHeight(int factor) { return 20 * (factor < 1 ? 1 : factor); }
@@ -17,3 +20,7 @@ QFont TouchFont(int factor);
 // Gives `root` and every menu and button inside it the touch font and heights. Menus
 // made later (a pop-up built for one tap) are fitted when they are made.
 void FitForTouch(QWidget* root, int factor);
+
+// A label added to `layout` that wraps rather than widening its dialog past a 240-pixel
+// screen (some prompts' texts are longer than that in some fonts), with its buddy field.
+QLabel* AddWrappedLabel(QVBoxLayout* layout, const QString& text, QWidget* buddy = nullptr);
