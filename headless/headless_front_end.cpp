@@ -11,10 +11,13 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QScopeGuard>
+#include <QTimer>
 
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -161,28 +164,36 @@ void HeadlessShell::ShowConnectionState(bool connected) {
 
 QStringList HeadlessShell::TakeDeferredLines() { return std::exchange(deferred_, {}); }
 
-bool HeadlessShell::ReadLineBlocking(QByteArray& pending, QString& line) {
-  while (!TakeLine(pending, line)) {
+bool HeadlessShell::ReadLineWhileRunning(QString& line) {
+  while (!TakeLine(pending_, line)) {
     char buffer[4096];
     const ssize_t n = ::read(STDIN_FILENO, buffer, sizeof buffer);
-    if (n < 0 && (errno == EINTR || errno == EAGAIN)) {
-      if (errno == EAGAIN) ::usleep(1000);
-      continue;
+    if (n > 0) {
+      pending_.append(buffer, n);
+    } else if (n == 0 || (errno != EINTR && errno != EAGAIN)) {
+      return false;
+    } else {
+      pollfd input{STDIN_FILENO, POLLIN, 0};
+      ::poll(&input, 1, 20);
+      QCoreApplication::processEvents(QEventLoop::AllEvents);
     }
-    if (n <= 0) return false;
-    pending.append(buffer, n);
   }
   return true;
 }
 
-// Questions are modal: the core waits here until the answer line comes. Anything else
-// read meanwhile is kept and handled after the answer.
+// Questions are modal, as the window's dialogs are: the core waits here until the answer
+// line comes, while the connection and transfers keep running. Anything else read
+// meanwhile is kept and handled after the answer.
 std::optional<QString> HeadlessShell::WaitForAnswer(const QString& kind,
                                                    const QStringList& fields) {
   Notice(kind, fields);
   const QString marker = kEsc + u"answer "_s;
   QString line;
-  while (ReadLineBlocking(pending_, line)) {
+  ++waiting_;
+  const auto done = qScopeGuard([this] {
+    if (--waiting_ == 0 && answered) answered();
+  });
+  while (ReadLineWhileRunning(line)) {
     if (line.startsWith(marker)) return line.mid(marker.size());
     deferred_ << line;
   }
@@ -195,6 +206,7 @@ HeadlessFrontEnd::HeadlessFrontEnd(SettingsStore& settings, QObject* parent)
           [this](TabId, int position) { PrintAppended(position); });
   connect(&ctx_.dccEngine, &DccEngine::transferChanged, this, &HeadlessFrontEnd::ShowTransfer);
   connect(&ctx_.tabs, &TabBar::tabClosed, this, [this](TabId tab, int) { transfersShown_.erase(tab); });
+  shell_.answered = [this] { QTimer::singleShot(0, this, &HeadlessFrontEnd::ReadInput); };
 }
 
 // A change of state or status at once, the bytes at most once a second.
@@ -232,15 +244,17 @@ void HeadlessFrontEnd::PrintAppended(int position) {
 }
 
 void HeadlessFrontEnd::ReadInput() {
+  if (shell_.Waiting()) return;  // the waiting question reads the input itself
   char buffer[65536];
   ssize_t n = 0;
   while ((n = ::read(STDIN_FILENO, buffer, sizeof buffer)) > 0)
     shell_.InputBuffer().append(buffer, n);
   const bool ended = n == 0 || (n < 0 && errno != EAGAIN && errno != EINTR);
   QString line;
-  while (HeadlessShell::TakeLine(shell_.InputBuffer(), line)) {
-    HandleLine(line);
+  for (;;) {
     for (const QString& deferred : shell_.TakeDeferredLines()) HandleLine(deferred);
+    if (!HeadlessShell::TakeLine(shell_.InputBuffer(), line)) break;
+    HandleLine(line);
   }
   if (ended) EndOfInput();
 }

@@ -64,16 +64,23 @@ class HeadlessShell : public Shell {
   // Bytes of standard input not yet cut into lines, shared with the front end.
   QByteArray& InputBuffer() { return pending_; }
   static bool TakeLine(QByteArray& pending, QString& line);
-  // Reads standard input up to a complete line; false at end of input.
-  static bool ReadLineBlocking(QByteArray& pending, QString& line);
+  // True while a question waits: the front end leaves standard input to it then.
+  bool Waiting() const { return waiting_ > 0; }
+  // Called when the last waiting question has its answer, so that what was read with it
+  // is handled even when no more input comes.
+  std::function<void()> answered;
 
  private:
   std::optional<QString> WaitForAnswer(const QString& kind, const QStringList& fields);
   // The answer's first word, one of `buttons`, with the rest of the line in `rest`;
   // another word is refused and the question asked again. "cancel" at the end of input.
   QString WaitForButton(const QStringList& fields, const QStringList& buttons, QString* rest = nullptr);
+  // Reads standard input up to a complete line, keeping the client's events going
+  // meanwhile (the server's pings, transfers); false at end of input.
+  bool ReadLineWhileRunning(QString& line);
   QByteArray pending_;
   QStringList deferred_;
+  int waiting_ = 0;  // questions can nest: a server line handled meanwhile may ask another
 };
 
 void WriteOutputLine(const QString& line);

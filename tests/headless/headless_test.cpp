@@ -4,15 +4,34 @@
 #include "support/ngircd_fixture.h"
 #include "support/raw_irc_user.h"
 #include "support/test_app.h"
+#include "net/socket_transport.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QtEndian>
 #include <gtest/gtest.h>
+
+#include <poll.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// The sending peer of a file offer: takes the client's connection, sends `bytes`, and closes
+// only once the client has acknowledged `end` (closing earlier could reset the link).
+bool ServeFile(int listener, const QByteArray& bytes, quint32 end) {
+  const int peer = AcceptOne(listener, std::chrono::seconds(15));
+  quint32 acknowledged = 0;
+  bool flowing = peer >= 0 && ::send(peer, bytes.constData(), bytes.size(), MSG_NOSIGNAL) == bytes.size();
+  for (uchar ack[4]; flowing && acknowledged != end;) {
+    pollfd readable{peer, POLLIN, 0};
+    flowing = ::poll(&readable, 1, 15000) == 1 && ::recv(peer, ack, 4, MSG_WAITALL) == 4;
+    if (flowing) acknowledged = qFromBigEndian<quint32>(ack);
+  }
+  CloseSocketQuietly(peer);
+  return acknowledged == end;
+}
 
 class HeadlessTolv : public ::testing::Test {
  protected:
@@ -41,7 +60,11 @@ class HeadlessTolv : public ::testing::Test {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(bytes);
   }
-  void Type(const QByteArray& line) { tolv.write(line + '\n'); }
+  // Written at once: the test may block on a socket next, with no event loop to flush it.
+  void Type(const QByteArray& line) {
+    tolv.write(line + '\n');
+    tolv.waitForBytesWritten(5000);
+  }
 
   // The complete lines the program has written so far.
   const QStringList& Output() {
@@ -168,6 +191,48 @@ TEST_F(HeadlessTolv, AConversationWithTypedAndMenuCommands) {
   tolv.closeWriteChannel();
   EXPECT_TRUE(tolv.waitForFinished(5000));
   EXPECT_EQ(tolv.exitCode(), 0);
+}
+
+// A file offer answered through the headless questions: the first try breaks off, the
+// second resumes after "File already exist", and the file on disk is the sender's.
+TEST_F(HeadlessTolv, AFileOfferIsTakenAndResumedThroughAnswers) {
+  Start({u"--headless"_s, u"--connect"_s});
+  ASSERT_TRUE(Shows(u"Status\tWelcome to the Internet Relay Network tolvbot!~me@127.0.0.1"_s));
+  other = std::make_unique<RawIrcUser>(server.Port(), "other");
+  ASSERT_TRUE(other->WaitFor(" 001 other "));
+  QByteArray content(300000, Qt::Uninitialized);
+  for (qsizetype i = 0; i < content.size(); ++i) content[i] = char(i * 7 + i / 251);
+  const QString path = home.path() + u"/got.bin"_s;
+  const QByteArray prompt = "\x1bprompt\tTolv DCC Receiving\tUser other is attempting to send you a file";
+  const auto offer = [&](int& listener) {
+    int port = 0;
+    listener = OpenListener(0x7F000001, port);
+    other->Send("PRIVMSG tolvbot :\x01" "DCC SEND f.bin 2130706433 " + QByteArray::number(port) + " 300000\x01\r\n");
+    return port;
+  };
+
+  int listener = -1;
+  offer(listener);
+  ASSERT_TRUE(Shows(QString::fromUtf8(prompt) + u"\tDestination file:\t"_s + home.path() + u"/downloads/f.bin"_s));
+  other->Send("PRIVMSG tolvbot :still there?\r\n");  // the link is served while the question waits
+  EXPECT_TRUE(Shows(u"other\t<other> still there?"_s));
+  Type("\x1b" "answer accept " + path.toUtf8());
+  EXPECT_TRUE(ServeFile(listener, content.first(100000), 100000));
+  EXPECT_TRUE(Shows(u"\x1btransfer\tgot.bin\tTransfer incomplete!\t100000\t300000"_s));
+
+  const int port = offer(listener);
+  ASSERT_TRUE(Shows(QString::fromUtf8(prompt) + u"\tDestination file:\t"_s + home.path() + u"/downloads/f.bin"_s));
+  Type("\x1b" "answer accept " + path.toUtf8());
+  ASSERT_TRUE(Shows(u"\x1bprompt\tTolv DCC Receiving\tFile already exist\t"_s + path));
+  Type("\x1b" "answer resume");
+  const QByteArray resume = " PRIVMSG other :\x01" "DCC RESUME \"f.bin\" " + QByteArray::number(port) + " 100000\x01";
+  ASSERT_TRUE(Receives(resume));
+  other->Send("PRIVMSG tolvbot :\x01" "DCC ACCEPT \"f.bin\" " + QByteArray::number(port) + " 100000\x01\r\n");
+  EXPECT_TRUE(ServeFile(listener, content.sliced(100000), 300000));
+  EXPECT_TRUE(Shows(u"\x1btransfer\tgot.bin\tFile received!\t300000\t300000"_s));
+  QFile got(path);
+  ASSERT_TRUE(got.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(got.readAll() == content);
 }
 
 // A second process on the same home, headless or not, is turned away unwritten.
