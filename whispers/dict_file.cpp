@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -36,12 +35,14 @@ DictFile::~DictFile() {
   }
   if (lock_.owns_lock() && !writer_.Collecting().Empty()) writer_.Wake();
   if (lock_.owns_lock()) lock_.unlock();
-  Unmap();
-  if (fd_ >= 0) ::close(fd_);  // closing drops the lock
+  // Said in so many words: the mapping kept for the next operation holds on to this
+  // opening, and with it the lock, after the descriptor is closed.
+  if (fd_ >= 0) ::flock(fd_, LOCK_UN);
+  if (fd_ >= 0) ::close(fd_);
 }
 
-void DictFile::Unmap() {
-  if (mapped_) ::munmap(const_cast<char*>(mapped_), mappedSize_);
+// The mapping itself stays for the next operation.
+void DictFile::ForgetMapping() {
   mapped_ = nullptr;
   mappedSize_ = 0;
 }
@@ -73,13 +74,8 @@ bool DictFile::Open(const QString& path, Access access) {
   for (quint32 offset : header_)
     if (offset != 0 && (!IsRecordOffset(offset) || offset >= size_)) damaged_ = true;
   // Without a mapping the buffer does all the reading, only slower.
-  void* map = access == Access::Write && onDisk > 0
-                  ? ::mmap(nullptr, onDisk, PROT_READ, MAP_SHARED, fd_, 0)
-                  : MAP_FAILED;
-  if (map != MAP_FAILED) {
-    mapped_ = static_cast<const char*>(map);
-    mappedSize_ = onDisk;
-  }
+  mapped_ = writer_.Mapping().Of(fd_, identity_, onDisk);
+  mappedSize_ = mapped_ ? onDisk : 0;
   return true;
 }
 
@@ -154,7 +150,7 @@ bool DictFile::WriteEmptyHeader() {
 }
 
 bool DictFile::Truncate() {
-  Unmap();  // a mapping past the end of a file faults when touched
+  ForgetMapping();  // the emptied records are not to be read through it
   if (::ftruncate(fd_, 0) != 0) return false;
   size_ = 0;
   bufferLength_ = 0;

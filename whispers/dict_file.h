@@ -10,10 +10,10 @@
 // ever appended, so every link points forward) marks it damaged, and the walk stops
 // there instead of following garbage. As every step goes forward, no walk can loop.
 //
-// For teaching, the records on disk at opening are mapped for the operation rather than
-// read jump by jump: a 200-word line jumps thousands of times across a big tree, and a
-// system call per jump cost milliseconds. Only the pages a walk touches are read. A lookup
-// jumps a few dozen times, and setting up a mapping would cost it more than it saves.
+// The records on disk at opening are read through a mapping kept between operations
+// (dict_mapping.h) rather than jump by jump: a 200-word line jumps thousands of times
+// across a big tree, and a system call per jump cost milliseconds. Only the pages a walk
+// touches are read. Without a mapping the buffer reads, only slower.
 //
 // Teaching writes behind (see dict_writer.h): new runs, links and slots go into the
 // writer's collecting batch, and every read looks there first, so what is taught is seen
@@ -89,7 +89,7 @@ class DictFile {
   bool ReadHeader();
   std::optional<DictRecord> ReadOnDisk(quint32 offset);
   bool Fill(quint32 offset);
-  void Unmap();
+  void ForgetMapping();
   bool WriteAt(quint32 offset, const char* bytes, qint64 count);
 
   DictWriter& writer_;
@@ -97,7 +97,7 @@ class DictFile {
   QString path_;
   DictIdentity identity_;
   int fd_ = -1;
-  const char* mapped_ = nullptr;  // the file's first mappedSize_ bytes, read only
+  const char* mapped_ = nullptr;  // the file's first mappedSize_ bytes, read only, not ours
   quint32 mappedSize_ = 0;
   quint32 size_ = 0;  // with what the writer still holds
   bool damaged_ = false;

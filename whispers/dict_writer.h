@@ -18,6 +18,7 @@
 // to where it was, and the failure is told once, at the next operation.
 
 #include "whispers/dict_file.h"
+#include "whispers/dict_mapping.h"
 
 #include <QString>
 
@@ -46,6 +47,8 @@ class DictWriter {
   DictWriter& operator=(const DictWriter&) = delete;
 
   std::mutex& Mutex() { return mutex_; }
+  // With the mutex held: the file's mapping, kept between operations.
+  DictMapping& Mapping() { return mapping_; }
 
   // With the mutex held.
   bool Pending() const { return !queued_.Empty() || !writing_.Empty(); }
@@ -77,5 +80,6 @@ class DictWriter {
   bool stopping_ = false;
   bool failing_ = false;
   QString unsaid_;
+  DictMapping mapping_;
   std::thread thread_;
 };
