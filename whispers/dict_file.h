@@ -25,7 +25,6 @@
 #include <array>
 #include <mutex>
 #include <optional>
-#include <unordered_map>
 
 inline constexpr quint32 kDictHeaderSize = 1024;
 inline constexpr quint32 kDictRecordSize = 5;

@@ -9,7 +9,8 @@
 // Two batches at most: the one being written, which nobody changes, and the one being
 // collected, which takes every later change. A batch goes out runs first, then links,
 // then the header, so the file never holds a link into nothing; the order of batches is
-// the order of teaching. The mutex guards both batches; a walk holds it for its whole
+// the order of teaching. (Links set through a writable mapping cost a write fault per
+// page, more than a write each.) The mutex guards both batches; a walk holds it for its whole
 // length, the thread only to take a batch and to let it go, never while writing.
 //
 // Whoever replaces or copies the file (flush, restore, backup) drains first, as does
@@ -25,6 +26,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+#include <unordered_map>
 
 struct DictBatch {
   QString path;
