@@ -1,12 +1,13 @@
 #include "whispers/dict_file.h"
 
+#include "whispers/dict_writer.h"
+
 #include <QFile>
 #include <QtEndian>
 
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -25,19 +26,29 @@ ssize_t ReadFully(int fd, char* into, size_t count, off_t at) {
 
 }  // namespace
 
+// The batch goes to the writer; it starts writing once the mutex is let go.
 DictFile::~DictFile() {
-  Flush();
-  Unmap();
-  if (fd_ >= 0) ::close(fd_);  // closing drops the lock
+  if (headerChanged_) {
+    DictBatch& batch = Collect();
+    batch.header = header_;
+    batch.headerChanged = true;
+  }
+  if (lock_.owns_lock() && !writer_.Collecting().Empty()) writer_.Wake();
+  if (lock_.owns_lock()) lock_.unlock();
+  // Said in so many words: the mapping kept for the next operation holds on to this
+  // opening, and with it the lock, after the descriptor is closed.
+  if (fd_ >= 0) ::flock(fd_, LOCK_UN);
+  if (fd_ >= 0) ::close(fd_);
 }
 
-void DictFile::Unmap() {
-  if (mapped_) ::munmap(const_cast<char*>(mapped_), mappedSize_);
+// The mapping itself stays for the next operation.
+void DictFile::ForgetMapping() {
   mapped_ = nullptr;
   mappedSize_ = 0;
 }
 
 bool DictFile::Open(const QString& path, Access access) {
+  lock_ = std::unique_lock(writer_.Mutex());
   const int flags = (access == Access::Write ? O_RDWR : O_RDONLY) | O_CREAT | O_CLOEXEC;
   fd_ = ::open(QFile::encodeName(path).constData(), flags, 0644);
   if (fd_ < 0) return false;
@@ -45,28 +56,38 @@ bool DictFile::Open(const QString& path, Access access) {
   if (::flock(fd_, (access == Access::Write ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0) return false;
   struct stat info {};
   if (::fstat(fd_, &info) != 0) return false;
+  path_ = path;
+  identity_ = {quint64(info.st_dev), quint64(info.st_ino)};
+  if (!writer_.Holds(path_, identity_)) {
+    lock_.unlock();
+    writer_.Drain();
+    lock_.lock();
+  }
   if (info.st_size >= (qint64(1) << 32)) return damaged_ = true;
-  size_ = quint32(info.st_size);
+  const quint32 onDisk = quint32(info.st_size);
+  size_ = writer_.Pending() ? std::max(onDisk, writer_.End()) : onDisk;
   if (size_ == 0) return true;
-  std::array<char, kDictHeaderSize> bytes{};
-  if (size_ < kDictHeaderSize || (size_ - kDictHeaderSize) % kDictRecordSize != 0 ||
-      ReadFully(fd_, bytes.data(), bytes.size(), 0) != qint64(bytes.size())) {
+  if (size_ < kDictHeaderSize || (size_ - kDictHeaderSize) % kDictRecordSize != 0 || !ReadHeader()) {
     damaged_ = true;
     return true;
   }
-  for (int slot = 0; slot < kDictSlots; ++slot) {
-    header_[slot] = qFromLittleEndian<quint32>(bytes.data() + 4 * slot);
-    if (header_[slot] != 0 && (!IsRecordOffset(header_[slot]) || header_[slot] >= size_))
-      damaged_ = true;
-  }
+  for (quint32 offset : header_)
+    if (offset != 0 && (!IsRecordOffset(offset) || offset >= size_)) damaged_ = true;
   // Without a mapping the buffer does all the reading, only slower.
-  void* map = access == Access::Write
-                  ? ::mmap(nullptr, size_, PROT_READ, MAP_SHARED, fd_, 0)
-                  : MAP_FAILED;
-  if (map != MAP_FAILED) {
-    mapped_ = static_cast<const char*>(map);
-    mappedSize_ = size_;
+  mapped_ = writer_.Mapping().Of(fd_, identity_, onDisk);
+  mappedSize_ = mapped_ ? onDisk : 0;
+  return true;
+}
+
+// The writer's copy when it still holds a changed one, else the file's.
+bool DictFile::ReadHeader() {
+  if (const auto* pending = writer_.Header()) {
+    header_ = *pending;
+    return true;
   }
+  std::array<char, kDictHeaderSize> bytes{};
+  if (ReadFully(fd_, bytes.data(), bytes.size(), 0) != qint64(bytes.size())) return false;
+  for (int slot = 0; slot < kDictSlots; ++slot) header_[slot] = qFromLittleEndian<quint32>(bytes.data() + 4 * slot);
   return true;
 }
 
@@ -83,11 +104,18 @@ std::optional<DictRecord> DictFile::Read(quint32 offset, bool mayEnd) {
     damaged_ = !(mayEnd && offset == size_);
     return std::nullopt;
   }
-  if (const auto link = links_.find(offset); link != links_.end()) return link->second;
+  std::optional<DictRecord> record = writer_.Find(offset);
+  if (!record) record = ReadOnDisk(offset);
+  if (record && record->alternative != 0 && record->alternative <= offset) {
+    damaged_ = true;
+    return std::nullopt;
+  }
+  return record;
+}
+
+std::optional<DictRecord> DictFile::ReadOnDisk(quint32 offset) {
   const char* bytes = nullptr;
-  if (!appended_.isEmpty() && offset >= appendStart_) {
-    bytes = appended_.constData() + (offset - appendStart_);
-  } else if (offset + kDictRecordSize <= mappedSize_) {
+  if (offset + kDictRecordSize <= mappedSize_) {
     bytes = mapped_ + offset;
   } else {
     const bool buffered = offset >= bufferStart_ &&
@@ -95,12 +123,7 @@ std::optional<DictRecord> DictFile::Read(quint32 offset, bool mayEnd) {
     if (!buffered && !Fill(offset)) return std::nullopt;  // a read error: nothing to walk on
     bytes = buffer_.data() + (offset - bufferStart_);
   }
-  const DictRecord record{qFromLittleEndian<quint32>(bytes), quint8(bytes[4])};
-  if (record.alternative != 0 && record.alternative <= offset) {
-    damaged_ = true;
-    return std::nullopt;
-  }
-  return record;
+  return DictRecord{qFromLittleEndian<quint32>(bytes), quint8(bytes[4])};
 }
 
 bool DictFile::WriteAt(quint32 offset, const char* bytes, qint64 count) {
@@ -120,34 +143,6 @@ bool DictFile::WriteAt(quint32 offset, const char* bytes, qint64 count) {
   return true;
 }
 
-bool DictFile::Flush() {
-  if (!appended_.isEmpty() && !WriteAt(appendStart_, appended_.constData(), appended_.size())) {
-    // Whatever part of the runs did reach the file would end it in half a record.
-    if (::ftruncate(fd_, appendStart_) == 0) size_ = appendStart_;
-    bufferLength_ = 0;
-    appended_.clear();
-    links_.clear();
-    headerChanged_ = false;
-    return false;
-  }
-  appended_.clear();
-  bool written = true;
-  for (const auto& [offset, record] : links_) {
-    char bytes[kDictRecordSize];
-    qToLittleEndian(record.alternative, bytes);
-    bytes[4] = char(record.character);
-    written = WriteAt(offset, bytes, kDictRecordSize) && written;
-  }
-  links_.clear();
-  if (headerChanged_) {
-    std::array<char, kDictHeaderSize> bytes{};
-    for (int slot = 0; slot < kDictSlots; ++slot) qToLittleEndian(header_[slot], bytes.data() + 4 * slot);
-    written = WriteAt(0, bytes.data(), bytes.size()) && written;
-    headerChanged_ = false;
-  }
-  return written;
-}
-
 bool DictFile::WriteEmptyHeader() {
   header_.fill(0);
   const std::array<char, kDictHeaderSize> zeros{};
@@ -155,15 +150,23 @@ bool DictFile::WriteEmptyHeader() {
 }
 
 bool DictFile::Truncate() {
-  Unmap();  // a mapping past the end of a file faults when touched
+  ForgetMapping();  // the emptied records are not to be read through it
   if (::ftruncate(fd_, 0) != 0) return false;
   size_ = 0;
   bufferLength_ = 0;
-  appended_.clear();
-  links_.clear();
+  writer_.Collecting() = DictBatch{};
   headerChanged_ = false;
   damaged_ = false;
   return true;
+}
+
+DictBatch& DictFile::Collect() {
+  DictBatch& batch = writer_.Collecting();
+  if (batch.Empty()) {
+    batch.path = path_;
+    batch.file = identity_;
+  }
+  return batch;
 }
 
 bool DictFile::SetSlot(int slot, quint32 offset) {
@@ -173,12 +176,13 @@ bool DictFile::SetSlot(int slot, quint32 offset) {
 }
 
 bool DictFile::SetAlternative(quint32 offset, DictRecord record) {
-  if (!appended_.isEmpty() && offset >= appendStart_) {  // a run of this operation
-    char* bytes = appended_.data() + (offset - appendStart_);
+  DictBatch& batch = Collect();
+  if (offset >= batch.runsStart && offset < batch.End()) {  // a run still to be written
+    char* bytes = batch.runs.data() + (offset - batch.runsStart);
     qToLittleEndian(record.alternative, bytes);
     bytes[4] = char(record.character);
   } else {
-    links_[offset] = record;
+    batch.links[offset] = record;
   }
   return true;
 }
@@ -186,12 +190,13 @@ bool DictFile::SetAlternative(quint32 offset, DictRecord record) {
 quint32 DictFile::AppendRun(QStringView characters) {
   const qsizetype length = (characters.size() + 1) * kDictRecordSize;
   if (quint64(size_) + quint64(length) >= (quint64(1) << 32)) return 0;  // offsets are 32 bits
-  if (appended_.isEmpty()) appendStart_ = size_;
+  DictBatch& batch = Collect();
+  if (batch.runs.isEmpty()) batch.runsStart = size_;
   const quint32 start = size_;
-  const qsizetype at = appended_.size();
-  appended_.resize(at + length, '\0');
+  const qsizetype at = batch.runs.size();
+  batch.runs.resize(at + length, '\0');
   for (qsizetype i = 0; i < characters.size(); ++i)
-    appended_[at + i * kDictRecordSize + 4] = char(characters[i].unicode() & 0xff);
+    batch.runs[at + i * kDictRecordSize + 4] = char(characters[i].unicode() & 0xff);
   size_ += quint32(length);
   return start;
 }

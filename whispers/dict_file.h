@@ -10,23 +10,20 @@
 // ever appended, so every link points forward) marks it damaged, and the walk stops
 // there instead of following garbage. As every step goes forward, no walk can loop.
 //
-// For teaching, the records present at opening are mapped for the operation rather than
-// read jump by jump: a 200-word line jumps thousands of times across a big tree, and a
-// system call per jump cost milliseconds. Only the pages a walk touches are read. A lookup
-// jumps a few dozen times, and setting up a mapping would cost it more than it saves.
+// The records on disk at opening are read through a mapping kept between operations
+// (dict_mapping.h) rather than jump by jump: a 200-word line jumps thousands of times
+// across a big tree, and a system call per jump cost milliseconds. Only the pages a walk
+// touches are read. Without a mapping the buffer reads, only slower.
 //
-// Teaching writes behind: new runs collect in memory and go out in one write when the
-// operation ends, then the links to them are set; a line of new words wrote twice per
-// word before. (Links set through a writable mapping cost a write fault per page, more
-// than a write each.) The order is kept: a run is in the file before anything points at
-// it, so a crash leaves unreachable records, never a link into nothing; runs that cannot
-// be written are cut off again and no link is set.
+// Teaching writes behind (see dict_writer.h): new runs, links and slots go into the
+// writer's collecting batch, and every read looks there first, so what is taught is seen
+// at once. The operation holds the writer's mutex from opening to the end.
 
 #include <QByteArray>
 #include <QString>
 
 #include <array>
-#include <unordered_map>
+#include <mutex>
 #include <optional>
 
 inline constexpr quint32 kDictHeaderSize = 1024;
@@ -38,18 +35,30 @@ struct DictRecord {
   quint8 character = 0;     // the low 8 bits of the UTF-16 unit; 0 ends a word
 };
 
+class DictWriter;
+struct DictBatch;
+
+// Which file a batch of changes was worked out on.
+struct DictIdentity {
+  quint64 device = 0;
+  quint64 inode = 0;
+  friend bool operator==(const DictIdentity&, const DictIdentity&) = default;
+};
+
 class DictFile {
  public:
   enum class Access { Read, Write };
 
-  DictFile() = default;
+  explicit DictFile(DictWriter& writer) : writer_(writer) {}
   ~DictFile();
   DictFile(const DictFile&) = delete;
   DictFile& operator=(const DictFile&) = delete;
 
-  // Opens (creating it when missing) and locks the file for this process alone; false
+  // Opens (creating it when missing) and locks the file against other processes; false
   // when it cannot be opened or another process holds it. Reads the header: a file
   // shorter than it is damaged, unless it is empty (a fresh file has no header yet).
+  // What the writer still holds for another file (the folder changed, the file was
+  // replaced) is written out first.
   bool Open(const QString& path, Access access);
   bool Damaged() const { return damaged_; }
   // A walker that met garbage says so here.
@@ -63,9 +72,10 @@ class DictFile {
   // off its end is allowed there).
   std::optional<DictRecord> Read(quint32 offset, bool mayEnd = false);
 
-  // Writes, seen at once by Read and Slot; runs and links reach the file at Flush.
+  // Written at once, with nothing left for the writer.
   bool WriteEmptyHeader();
   bool Truncate();
+  // Handed to the writer, seen at once by Read and Slot.
   bool SetSlot(int slot, quint32 offset);
   bool SetAlternative(quint32 offset, DictRecord record);
   // Appends one record per character (its low byte) and the terminating record; returns
@@ -73,27 +83,27 @@ class DictFile {
   quint32 AppendRun(QStringView characters);
 
  private:
-  // Writes what teaching collected, on destruction. False when the runs could not be
-  // written: the file is then as it was at opening.
-  bool Flush();
+  // The writer's collecting batch, made this file's when it starts.
+  DictBatch& Collect();
+  bool ReadHeader();
+  std::optional<DictRecord> ReadOnDisk(quint32 offset);
   bool Fill(quint32 offset);
-  void Unmap();
+  void ForgetMapping();
   bool WriteAt(quint32 offset, const char* bytes, qint64 count);
 
+  DictWriter& writer_;
+  std::unique_lock<std::mutex> lock_;
+  QString path_;
+  DictIdentity identity_;
   int fd_ = -1;
-  const char* mapped_ = nullptr;  // the file's first mappedSize_ bytes, read only
+  const char* mapped_ = nullptr;  // the file's first mappedSize_ bytes, read only, not ours
   quint32 mappedSize_ = 0;
-  quint32 size_ = 0;
+  quint32 size_ = 0;  // with what the writer still holds
   bool damaged_ = false;
   std::array<quint32, kDictSlots> header_{};
+  bool headerChanged_ = false;
   // The walk's window on the file: 256 records read at once.
   std::array<char, 1280> buffer_{};
   quint32 bufferStart_ = 0;
   quint32 bufferLength_ = 0;
-  // Written behind: runs appended from appendStart_ on, links into the records present
-  // at opening, and whether the header's slots changed.
-  QByteArray appended_;
-  quint32 appendStart_ = 0;
-  std::unordered_map<quint32, DictRecord> links_;
-  bool headerChanged_ = false;
 };

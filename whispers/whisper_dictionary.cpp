@@ -2,6 +2,7 @@
 
 #include "settings/settings_paths.h"
 #include "whispers/dict_file.h"
+#include "whispers/dict_writer.h"
 
 #include <QFile>
 
@@ -37,7 +38,18 @@ void CopyOver(const QString& from, const QString& to) {
 
 WhisperDictionary::WhisperDictionary(const SettingsStore& settings,
                                      std::function<void(const QString&)> report)
-    : settings_(settings), report_(std::move(report)) {}
+    : settings_(settings), report_(std::move(report)), writer_(std::make_unique<DictWriter>()) {}
+
+WhisperDictionary::~WhisperDictionary() = default;
+
+void WhisperDictionary::WaitForWrites() const {
+  writer_->Drain();
+  SayWriteFailure();
+}
+
+void WhisperDictionary::SayWriteFailure() const {
+  if (const QString line = writer_->TakeFailure(); !line.isEmpty() && report_) report_(line);
+}
 
 QString WhisperDictionary::FilePath() const { return GetDictDir(settings_) + u"dict.dat"_s; }
 
@@ -46,6 +58,7 @@ QString WhisperDictionary::BackupPath() const { return GetDictDir(settings_) + u
 // A file known to be damaged is not written to until Flush or Previous replaces it: a
 // new branch could hang from garbage.
 bool WhisperDictionary::Open(DictFile& file, bool write) {
+  SayWriteFailure();
   if (write && damageReported_) return false;
   if (!file.Open(FilePath(), write ? DictFile::Access::Write : DictFile::Access::Read)) return false;
   NoteDamage(file);
@@ -60,7 +73,7 @@ void WhisperDictionary::NoteDamage(const DictFile& file) {
 }
 
 void WhisperDictionary::TeachText(QStringView text) {
-  DictFile file;  // one opening for the whole line
+  DictFile file(*writer_);  // one opening for the whole line
   if (!Open(file, true)) return;
   for (QStringView piece : text.tokenize(u' ')) {
     if (piece.size() >= 2) TeachInto(file, piece.first(std::min<qsizetype>(piece.size(), kMaxTaughtWord)));
@@ -69,7 +82,7 @@ void WhisperDictionary::TeachText(QStringView text) {
 }
 
 void WhisperDictionary::TeachWord(QStringView word) {
-  DictFile file;
+  DictFile file(*writer_);
   if (!Open(file, true)) return;
   TeachInto(file, word.first(std::min<qsizetype>(word.size(), kMaxTaughtWord)));
   NoteDamage(file);
@@ -111,7 +124,8 @@ void WhisperDictionary::TeachInto(DictFile& file, QStringView word) {
 
 void WhisperDictionary::EnsureDictionary(bool recreate) {
   if (!recreate && damageReported_) return;
-  DictFile file;
+  if (recreate) writer_->Drain();  // nothing may land in the emptied file
+  DictFile file(*writer_);
   if (!file.Open(FilePath(), DictFile::Access::Write)) return;
   if (recreate) {
     if (!file.Truncate()) return;
@@ -124,9 +138,13 @@ void WhisperDictionary::EnsureDictionary(bool recreate) {
   NoteDamage(file);
 }
 
-void WhisperDictionary::BackupDictionary() { CopyOver(FilePath(), BackupPath()); }
+void WhisperDictionary::BackupDictionary() {
+  WaitForWrites();
+  CopyOver(FilePath(), BackupPath());
+}
 
 void WhisperDictionary::RestoreDictionary() {
+  WaitForWrites();
   CopyOver(BackupPath(), FilePath());
   damageReported_ = false;
 }

@@ -59,7 +59,7 @@ bool CompletionWalk::Visit(quint32 at, qsizetype position) {
 }  // namespace
 
 WhisperCompletions WhisperDictionary::FindCompletions(QStringView word, int limit) {
-  DictFile file;
+  DictFile file(*writer_);
   if (word.isEmpty() || !Open(file, false) || !file.HasHeader()) return {};
   quint32 at = file.Slot(word[0].unicode() & 0xff);
   if (at == 0) return {};

@@ -15,7 +15,10 @@ namespace {
 
 class WhisperActionsTest : public ::testing::Test, public IrcClientFixture {
  protected:
-  QByteArray File() const { return ReadBytes(ctx.whispers.FilePath()); }
+  QByteArray File() const {
+    ctx.whispers.WaitForWrites();
+    return ReadBytes(ctx.whispers.FilePath());
+  }
   QByteArray Backup() const { return ReadBytes(ctx.whispers.BackupPath()); }
   QStringList Completions(const QString& word) { return ctx.whispers.FindCompletions(word, 15).words; }
 };

@@ -35,7 +35,10 @@ QByteArray DictBytes(std::initializer_list<std::pair<int, quint32>> slotOffsets,
 
 class DictionaryTest : public ::testing::Test {
  protected:
-  QByteArray File() const { return ReadBytes(dictionary.FilePath()); }
+  QByteArray File() const {
+    dictionary.WaitForWrites();
+    return ReadBytes(dictionary.FilePath());
+  }
   void TeachAll(const QStringList& words) {
     for (const QString& word : words) dictionary.TeachWord(word);
   }
