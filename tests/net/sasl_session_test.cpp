@@ -27,10 +27,12 @@ const QByteArray kAccount = "127.0.0.1\tPLAIN\tpocketfan\tallow-plain\tsecret\n"
 struct SaslCase { const char* name; QByteArray file, script, sent; QString status; };
 
 const SaslCase kCases[] = {
-    {"FailureGoesOn", "bad\n127.0.0.1\tplain\tpocketfan\tallow-plain\tsecret\n", kOffer + ":irc.test 904 pocketfan :Bad login\r\n" + kWelcome,
-     kCap + "CAP REQ :sasl\n" + kLogin + kSecret + "CAP END\n", u"* SASL: line 1 of %F could not be read; kept as it is, not used\n%C\n* SASL failed: Bad login\nWelcome"_s},
+    {"FailureGoesOn", "# notes\nbad\n127.0.0.1\tplain\tpocketfan\tallow-plain\tsecret\nother\tPLAIN\tx\t-\ty\n", kOffer + ":irc.test 904 pocketfan :Bad login\r\n" + kWelcome,
+     kCap + "CAP REQ :sasl\n" + kLogin + kSecret + "CAP END\n", u"* SASL: line 2 of %F could not be read; kept as it is, not used\n%C\n* SASL failed: Bad login\nWelcome"_s},
     {"FailureDisconnects", "127.0.0.1\tPLAIN\tpocketfan\tallow-plain,disconnect\tsecret\n", kOffer + ":irc.test 904 pocketfan :Bad\r\n",
      kCap + "CAP REQ :sasl\n" + kLogin + kSecret + "QUIT\n", u"%C\n* SASL failed: Bad\n* Disconnected"_s},
+    {"MechanismsListed", kAccount, kOffer + ":irc.test 908 pocketfan EXTERNAL :are available\r\n:irc.test 904 pocketfan :Bad\r\n" + kWelcome,
+     kCap + "CAP REQ :sasl\n" + kLogin + kSecret + "CAP END\n", u"%C\n* SASL failed: the server offers only EXTERNAL\nWelcome"_s},
     {"OnlyExternal", kAccount, ":irc.test CAP * LS :sasl=EXTERNAL\r\n" + kWelcome, kCap + "CAP END\n", u"%C\n* SASL not attempted: the server offers only EXTERNAL\nWelcome"_s},
     {"NotOffered", kAccount, ":irc.test CAP * LS :multi-prefix\r\n" + kWelcome, kCap + "CAP END\n", u"%C\n* SASL not attempted: the server does not offer it\nWelcome"_s},
     {"Refused", kAccount, ":irc.test CAP * LS :sasl\r\n:irc.test CAP pocketfan NAK :sasl\r\n" + kWelcome, kCap + "CAP REQ :sasl\nCAP END\n",
