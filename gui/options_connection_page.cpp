@@ -5,6 +5,7 @@
 #include "gui/server_dialog.h"
 #include "gui/shell_window.h"
 #include "client/client_context.h"
+#include "net/sasl_accounts.h"
 #include "net/server_list.h"
 
 #include <QCheckBox>
@@ -21,6 +22,7 @@ constexpr auto kDeleteTitle = u"Delete server";
 constexpr auto kDeleteText = u"Are you sure?";
 constexpr auto kSaveFailedTitle = u"ERROR!";
 constexpr auto kSaveFailedText = u"Can't write the server list to ";
+constexpr auto kSaslSaveFailedText = u"Can't write the SASL logins to ";
 
 class ConnectionPage : public OptionsPage {
  public:
@@ -36,9 +38,12 @@ class ConnectionPage : public OptionsPage {
   void Edit();
   void Delete();
   void Store();
+  void StoreSasl(const QString& host, const SaslAccount& account, const QString& oldHost = {});
+  bool HostInUse(const QString& host) const;
 
   OptionsPageEnv env_;
   QString listPath_;
+  QString saslPath_;
   ServerList list_;
   QComboBox* networks_;
   QComboBox* servers_;
@@ -51,7 +56,7 @@ class ConnectionPage : public OptionsPage {
 
 ConnectionPage::ConnectionPage(const OptionsPageEnv& env, QWidget* parent)
     : OptionsPage(parent), env_(env), listPath_(ServerListPath(env.ctx.settings)),
-      list_(LoadServerList(listPath_)) {
+      saslPath_(SaslAccountsPath(env.ctx.settings)), list_(LoadServerList(listPath_)) {
   QVBoxLayout* page = StartPage(this);
   QVBoxLayout* server = AddGroup(page, u"Server"_s);
   networks_ = AddCombo(server, u"Network:"_s);
@@ -118,12 +123,26 @@ void ConnectionPage::Store() {
     env_.shell.ShowMessage(QString::fromUtf16(kSaveFailedTitle), QString::fromUtf16(kSaveFailedText) + listPath_);
 }
 
+// A SASL login belongs to a host, so entries that share a host share it; it goes when the
+// last entry with its host is renamed or deleted.
+void ConnectionPage::StoreSasl(const QString& host, const SaslAccount& account, const QString& oldHost) {
+  if (!StoreSaslAccount(saslPath_, host, account, HostInUse(oldHost) ? QString() : oldHost))
+    env_.shell.ShowMessage(QString::fromUtf16(kSaveFailedTitle), QString::fromUtf16(kSaslSaveFailedText) + saslPath_);
+}
+
+bool ConnectionPage::HostInUse(const QString& host) const {
+  for (const ServerEntry& entry : list_.Entries())
+    if (entry.server.compare(host, Qt::CaseInsensitive) == 0) return true;
+  return false;
+}
+
 void ConnectionPage::Add() {
   ServerDialog dialog({}, true, env_.ctx, env_.shell, window());
   if (env_.shell.Run(dialog) != QDialog::Accepted) return;
   const int selected = SelectedServer();
-  list_.AppendServer(dialog.Entry());
+  const QString host = list_.AppendServer(dialog.Entry()).server;
   Store();
+  StoreSasl(host, dialog.Sasl());
   Refill(selected);
 }
 
@@ -132,17 +151,22 @@ void ConnectionPage::Edit() {
   ServerEntry* entry = list_.ServerAt(selected);
   if (!entry) return;
   ServerDialog dialog(*entry, false, env_.ctx, env_.shell, window());
+  dialog.SetSasl(FindSaslAccount(saslPath_, entry->server).value_or(SaslAccount()));
   if (env_.shell.Run(dialog) != QDialog::Accepted) return;
+  const QString oldHost = entry->server;
   *entry = FittedServerEntry(dialog.Entry());
   Store();
+  StoreSasl(entry->server, dialog.Sasl(), oldHost);
   Refill(selected);
 }
 
 void ConnectionPage::Delete() {
   const ServerEntry* entry = list_.ServerAt(SelectedServer());
   if (!entry || !env_.shell.AskYesNo(QString::fromUtf16(kDeleteTitle), QString::fromUtf16(kDeleteText))) return;
+  const QString host = entry->server;
   list_.RemoveServer(entry);
   Store();
+  if (!HostInUse(host)) StoreSasl(host, {});
   Refill(-1);
 }
 

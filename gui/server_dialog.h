@@ -1,13 +1,17 @@
 #pragma once
 // "Server": network, server, port(s) and password of one entry of the server list, for
-// the Connection page's "Add" and "Edit". OK keeps the dialog open with a warning until
-// network, server and port(s) are filled in.
+// the Connection page's "Add" and "Edit", and the entry's SASL login (kept apart, in
+// "sasl_accounts.txt"). OK keeps the dialog open with a warning until network, server and
+// port(s) are filled in. The fields scroll when the screen is shorter than they are; OK
+// and Cancel stay in sight.
 
+#include "net/sasl_accounts.h"
 #include "net/server_list.h"
 
 #include <QDialog>
 
 class ClientContext;
+class QCheckBox;
 class QLineEdit;
 class WindowShell;
 
@@ -21,12 +25,21 @@ class ServerDialog : public QDialog {
                QWidget* parent = nullptr);
 
   ServerEntry Entry() const;
+  void SetSasl(const SaslAccount& sasl);
+  SaslAccount Sasl() const;
   QLineEdit* NetworkField() const { return network_; }
   QLineEdit* ServerField() const { return server_; }
   QLineEdit* PortsField() const { return ports_; }
   QLineEdit* PasswordField() const { return password_; }
+  QLineEdit* AccountField() const { return account_; }
+  QLineEdit* SaslPasswordField() const { return saslPassword_; }
+  QCheckBox* AllowPlainCheck() const { return allowPlain_; }
+  QCheckBox* DisconnectCheck() const { return disconnect_; }
 
   void accept() override;
+
+ protected:
+  void showEvent(QShowEvent* event) override;
 
  private:
   WindowShell& shell_;
@@ -34,4 +47,8 @@ class ServerDialog : public QDialog {
   QLineEdit* server_;
   QLineEdit* ports_;
   QLineEdit* password_;
+  QLineEdit* account_;
+  QLineEdit* saslPassword_;
+  QCheckBox* allowPlain_;
+  QCheckBox* disconnect_;
 };

@@ -1,6 +1,7 @@
 #include "gui/shell_window.h"
 
 #include "gui/dcc_dialogs.h"
+#include "gui/fitted_message_box.h"
 #include "gui/prompt_dialog.h"
 #include "gui/touch_targets_widget.h"
 
@@ -91,15 +92,16 @@ int WindowShell::Run(QDialog& dialog) {
 // The buttons are added with their texts rather than as standard buttons, whose
 // labels change with the desktop ("&OK", "_Yes").
 void WindowShell::ShowMessage(const QString& title, const QString& text) {
-  QMessageBox box(QMessageBox::NoIcon, title, text, QMessageBox::NoButton, parent_);
+  FittedMessageBox box(QMessageBox::NoIcon, title, text, QMessageBox::NoButton, parent_);
   QPushButton* ok = box.addButton(u"OK"_s, QMessageBox::AcceptRole);
   box.setDefaultButton(ok);
   box.setEscapeButton(ok);
   Run(box);
 }
 
+// A question may carry a certificate's fingerprint: it wraps inside the window.
 bool WindowShell::AskYesNo(const QString& title, const QString& text) {
-  QMessageBox box(QMessageBox::NoIcon, title, text, QMessageBox::NoButton, parent_);
+  FittedMessageBox box(QMessageBox::NoIcon, title, WrappableText(text), QMessageBox::NoButton, parent_);
   QPushButton* yes = box.addButton(u"Yes"_s, QMessageBox::YesRole);
   QPushButton* no = box.addButton(u"No"_s, QMessageBox::NoRole);
   box.setDefaultButton(yes);

@@ -3,6 +3,7 @@
 #include "client/client_context.h"
 #include "irc/dispatch.h"
 #include "irc/registration.h"
+#include "irc/sasl_negotiation.h"
 #include "irc/server_message.h"
 #include "views/text_decoding.h"
 
@@ -22,7 +23,11 @@ void HandleLine(ClientContext& ctx, QByteArrayView bytes) {
   QString line = DecodeReceivedLine(bytes);
   TrimTrailingBlanks(line);
   const ServerMessage message = ParseServerLine(line, ctx.session.serverHost);
-  if (!message.target.isEmpty() && message.target != u"*") RegistrationGate(ctx, message);
+  if (SaslTakesLine(ctx, message)) return;
+  // While logging in, lines addressed to our nick (CAP replies among them) do not mean
+  // that the server has let us in yet.
+  if (!SaslInProgress(ctx.session.sasl) && !message.target.isEmpty() && message.target != u"*")
+    RegistrationGate(ctx, message);
   DispatchServerMessage(ctx, message);
 }
 

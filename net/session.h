@@ -1,6 +1,7 @@
 #pragma once
 // The one connection to an IRC server and its state.
 
+#include "irc/sasl_negotiation.h"
 #include "net/socket_transport.h"
 
 #include <QByteArray>
@@ -25,6 +26,7 @@ struct Session {
   // Over TLS the server socket is the session's end of a local pair: the address the
   // TCP connection leaves from is kept here (0 without TLS).
   quint32 tlsLocalAddress = 0;
+  SaslState sasl;  // logging in while registering, when the server has an account
 };
 
 // The address our end of the server connection has (offered in DCC), 0 when unknown.

@@ -3,6 +3,7 @@
 #include "client/client_context.h"
 #include "irc/line_assembly.h"
 #include "irc/notify_list.h"
+#include "irc/sasl_negotiation.h"
 #include "net/identd.h"
 #include "net/server_list.h"
 #include "net/socket_errors.h"
@@ -33,6 +34,7 @@ constexpr auto kTrustText = "It could not be verified: %1. Subject: %2. SHA-256 
 constexpr auto kPinNotSavedText = "* TLS: the trusted certificate could not be saved in %1";
 constexpr auto kNoBridgeText = "* TLS: the connection could not be set up";
 constexpr auto kConnectedText = "* Connected with TLS (%1, %2)";
+constexpr auto kSaslUnreadableText = "* SASL: %1 of %2 could not be read; kept as it is, not used";
 // Linux's boot-time clock: unlike the monotonic one it keeps running while suspended.
 std::chrono::milliseconds SinceBoot() {
   timespec now{};
@@ -99,6 +101,13 @@ void SessionControl::Connect() {
     return;
   }
   session.serverHost = QString::fromUtf8(host);
+  session.sasl = {};
+  sasl_ = SaslAccountFor(session.serverHost);
+  if (sasl_ && !tls && !sasl_->allowPlain) {
+    ctx_.PrintStatus(SaslPlainLinkText(), LineStyle::Info);
+    if (sasl_->disconnectOnFailure) return;  // nothing has gone out yet
+    sasl_.reset();
+  }
   ctx_.shell.ShowConnectionState(true);
   if (TestOption(ctx_.settings, kOptIdentdEnable)) StartIdentd();  // listening before the server asks
 
@@ -220,6 +229,10 @@ bool SessionControl::SendRegistration(const QString& host, int port, const QStri
   }
   ctx_.PrintStatus(u"* Connecting to "_s + host + u" ("_s + QString::number(port) + u')',
                    LineStyle::Info);
+  if (sasl_) {
+    BeginSasl(ctx_, *sasl_);
+    saslStarted_ = SinceBoot();
+  }
   if (!password.isEmpty()) ctx_.SendToServer(u"PASS "_s + password);
   ctx_.SendToServer(u"nick "_s + session.requestedNick);
   ctx_.SendToServer(u"user "_s + user + u' ' + mailHost + u" tolv :"_s + fullname);
@@ -270,8 +283,31 @@ void SessionControl::PollTick() {
         !ctx_.optionsDialogOpen)
       SendNotifyPoll(ctx_);
   }
+  CheckSasl();
   ReadServer(10ms, 10ms);
   CheckSilence();
+}
+
+// Told once per run: the same damaged file at every connect is noise.
+std::optional<SaslAccount> SessionControl::SaslAccountFor(const QString& host) {
+  const QString path = SaslAccountsPath(ctx_.settings);
+  QList<int> damaged;
+  std::optional<SaslAccount> account = FindSaslAccount(path, host, &damaged);
+  if (!damaged.isEmpty() && !saslFileWarned_) {
+    saslFileWarned_ = true;
+    QStringList numbers;
+    for (int line : damaged) numbers << QString::number(line);
+    const QString lines = (damaged.size() == 1 ? u"line "_s : u"lines "_s) + numbers.join(u", "_s);
+    ctx_.PrintStatus(QString::fromLatin1(kSaslUnreadableText).arg(lines, path), LineStyle::Info);
+  }
+  return account;
+}
+
+// A server that never finishes the negotiation would hold registration for ever, while
+// its notices keep the silence watch from noticing.
+void SessionControl::CheckSasl() {
+  if (!SaslInProgress(ctx_.session.sasl) || SinceBoot() - saslStarted_ < saslTimeout) return;
+  SaslOverdue(ctx_, int(std::chrono::duration_cast<std::chrono::seconds>(saslTimeout).count()));
 }
 
 void SessionControl::CheckSilence() {

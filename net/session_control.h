@@ -15,6 +15,12 @@
 // thread within the same time-out, the certificate is judged on this thread (asking the
 // user when it cannot be verified and is not pinned), and a bridge thread carries the
 // bytes, so everything above the socket is the same with and without TLS.
+//
+// A server with an account in "sasl_accounts.txt" is logged in to while registering
+// (irc/sasl_negotiation.h); the password never goes over a plain link unless the account
+// allows it, and a negotiation the server does not finish in time is given up.
+
+#include "net/sasl_accounts.h"
 
 #include <QObject>
 #include <QTimer>
@@ -22,6 +28,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class ClientContext;
 class QSocketNotifier;
@@ -61,6 +68,7 @@ class SessionControl : public QObject {
   std::chrono::milliseconds connectTimeout{30000};
   std::chrono::milliseconds silenceBeforePing{120000};
   std::chrono::milliseconds silenceAfterPing{60000};
+  std::chrono::milliseconds saslTimeout{30000};
 
  signals:
   void connectFinished(bool registered);
@@ -78,6 +86,8 @@ class SessionControl : public QObject {
   void AfterRegistrationFailure();
   void StartIdentd();
   void CheckSilence();
+  std::optional<SaslAccount> SaslAccountFor(const QString& host);
+  void CheckSasl();
 
   ClientContext& ctx_;
   QTimer pollTimer_;
@@ -92,4 +102,7 @@ class SessionControl : public QObject {
   std::chrono::milliseconds lastHeard_{0};
   std::chrono::milliseconds keepAliveSent_{0};
   quint64 keepAlives_ = 0;
+  std::optional<SaslAccount> sasl_;  // the account of the attempt under way
+  std::chrono::milliseconds saslStarted_{0};
+  bool saslFileWarned_ = false;
 };

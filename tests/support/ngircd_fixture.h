@@ -23,6 +23,8 @@ class NgircdServer {
   // subject alternative name ("IP:127.0.0.1") it is signed by a CA of its own (CaPath()).
   bool NewCertificate(const QString& altName = {});
   QString CaPath() const { return dir_.path() + QStringLiteral("/ca.pem"); }
+  QString CertPath() const { return dir_.path() + QStringLiteral("/cert.pem"); }
+  QString KeyPath() const { return dir_.path() + QStringLiteral("/key.pem"); }
   // Its SHA-256 fingerprint as openssl prints it ("AB:CD:..."); empty when unreadable.
   QString CertificateFingerprint() const;
 
