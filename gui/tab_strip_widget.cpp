@@ -215,6 +215,10 @@ void TabStripWidget::ShowBalloon() {
   delete balloon_;
   QWidget* host = window();
   if (!request_ || !host) return;
+  // The strip can move with its parents too (the menu bar above grows with the screen
+  // factor, sometimes only once the balloon's showing has laid the window out).
+  for (QWidget* parent = parentWidget(); parent && !parent->isWindow(); parent = parent->parentWidget())
+    parent->installEventFilter(this);
   const QPoint at = mapTo(host, kBalloonOffset * factor_);
   const int width = std::max(1, this->width() - kBalloonNarrower * factor_);
   balloon_ = new BalloonWidget(tabs_.Settings(), *request_, font(), factor_, width,
@@ -239,6 +243,16 @@ void TabStripWidget::CloseBalloon() {
 void TabStripWidget::resizeEvent(QResizeEvent* event) {
   QTabBar::resizeEvent(event);
   if (balloon_) ShowBalloon();
+}
+
+// The strip or a parent moved: so does the balloon.
+void TabStripWidget::moveEvent(QMoveEvent* event) {
+  QTabBar::moveEvent(event);
+  FollowStrip();
+}
+
+void TabStripWidget::FollowStrip() {
+  if (balloon_) balloon_->move(mapTo(window(), kBalloonOffset * factor_));
 }
 
 // --- Presses and the menu ----------------------------------------------------------------
@@ -281,8 +295,10 @@ void TabStripWidget::contextMenuEvent(QContextMenuEvent* event) {
   OpenMenu(event->globalPos());
 }
 
+// The scroll arrows' presses, and the moves of the strip's parents.
 bool TabStripWidget::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::MouseButtonPress) CloseBalloon();
+  if (event->type() == QEvent::Move) FollowStrip();
+  if (event->type() == QEvent::MouseButtonPress && watched->parent() == this) CloseBalloon();
   return QTabBar::eventFilter(watched, event);
 }
 

@@ -49,10 +49,12 @@ class TabStripWidget : public QTabBar {
   void contextMenuEvent(QContextMenuEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
 
  private:
   void OnBalloonRequested(int position, const QString& line, quint32 colour);
   void ShowBalloon();
+  void FollowStrip();  // the balloon stays over the strip when the strip moves
   void OnHeld();
   void OpenMenu(QPoint globalPos);
   void OnOpened(TabId id, int position);
