@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -212,13 +213,19 @@ void TabStripWidget::OnBalloonRequested(int position, const QString& line, quint
 // The strip is only as tall as its labels, so the balloon is a child of the window,
 // standing where it would on a strip that covered the window.
 void TabStripWidget::ShowBalloon() {
+  rebuildQueued_ = false;
   delete balloon_;
   QWidget* host = window();
   if (!request_ || !host) return;
-  // The strip can move with its parents too (the menu bar above grows with the screen
-  // factor, sometimes only once the balloon's showing has laid the window out).
-  for (QWidget* parent = parentWidget(); parent && !parent->isWindow(); parent = parent->parentWidget())
-    parent->installEventFilter(this);
+  // Showing a child lays out its parents first, as Qt does: done here, the strip has its
+  // final place and width before the balloon is measured, and the showing moves nothing.
+  // The strip can still move with its parents later (the menu bar grows with the screen
+  // factor).
+  for (QWidget* parent = parentWidget(); parent; parent = parent->parentWidget()) {
+    if (!parent->isWindow()) parent->installEventFilter(this);
+    if (parent->layout()) parent->layout()->activate();
+    if (parent == host) break;
+  }
   const QPoint at = mapTo(host, kBalloonOffset * factor_);
   const int width = std::max(1, this->width() - kBalloonNarrower * factor_);
   balloon_ = new BalloonWidget(tabs_.Settings(), *request_, font(), factor_, width,
@@ -240,9 +247,14 @@ void TabStripWidget::CloseBalloon() {
 }
 
 // A turned screen: the same balloon, as wide as the strip now is; its time runs on.
+// Rebuilt from the event loop: the strip can be resized while a balloon is being shown or
+// pressed, and that balloon must not be deleted under its own feet.
 void TabStripWidget::resizeEvent(QResizeEvent* event) {
   QTabBar::resizeEvent(event);
-  if (balloon_) ShowBalloon();
+  if (!balloon_ || std::exchange(rebuildQueued_, true)) return;
+  QMetaObject::invokeMethod(this, [this] {
+    if (std::exchange(rebuildQueued_, false) && balloon_) ShowBalloon();
+  }, Qt::QueuedConnection);
 }
 
 // The strip or a parent moved: so does the balloon.

@@ -73,6 +73,7 @@ class TabStripWidget : public QTabBar {
   std::optional<BalloonRequest> request_;  // what the balloon in sight shows
   QPointer<BalloonWidget> balloon_;
   QTimer balloonTimer_;
+  bool rebuildQueued_ = false;  // a resize asked for the balloon to be built again
   QTimer holdTimer_;
   // A left press waits to be a tap (it then selects a tab) or a hold (it opens the menu).
   std::unique_ptr<QMouseEvent> pendingPress_;
