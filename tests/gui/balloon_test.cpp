@@ -32,7 +32,6 @@ class BalloonTest : public ::testing::Test, protected WindowClient {
   TabBar& tabs() { return window->Context().tabs; }
   TabStripWidget* strip() { return window->Strip(); }
   BalloonWidget* balloon() { return strip()->Balloon(); }
-  void Settle() { RunUntil([] { return false; }, 50); }
   QPoint TabCentre(int position) { return strip()->tabRect(position).center(); }
   QString TabSetsInFile() {
     QFile file(settings.FilePath());

@@ -37,7 +37,6 @@ namespace {
 class MainWindowTest : public ::testing::Test, protected WindowClient {
  protected:
   MainWindowTest() { window->show(); }
-  void Settle() { RunUntil([] { return false; }, 50); }
   void Join() {
     Receive(u":me!u@h JOIN #tolv\r\n:irc.test 353 me = #tolv :@alice +bob me carol\r\n"
             ":irc.test 366 me #tolv :End of NAMES list\r\n"_s);

@@ -325,14 +325,14 @@ TEST_F(OptionsDialogTest, Screenshots) {
   };
   for (const QSize size : {QSize(240, 320), QSize(320, 240), QSize(480, 640)}) {
     window->resize(size);
-    RunUntil([] { return false; }, 50);
+    Settle();
     const int factor = window->ScaleFactor();
     OptionsDialog dialog(window->Context(), window->Shell(), factor);
     dialog.resize(size);
     dialog.show();
     for (int page : {kConnection, kGeneral, kDcc, kInfo, kFiles}) {
       dialog.Tabs()->setCurrentIndex(page);
-      RunUntil([] { return false; }, 20);
+      Settle();
       for (QWidget* w : dialog.Page(page)->findChildren<QWidget*>())
         if (qobject_cast<QAbstractButton*>(w) || qobject_cast<QLineEdit*>(w) || qobject_cast<QComboBox*>(w)) {
           EXPECT_GE(w->height(), 20 * factor) << page;
@@ -347,7 +347,7 @@ TEST_F(OptionsDialogTest, Screenshots) {
     FitForTouch(&server, factor);
     server.resize(size);
     server.show();
-    RunUntil([] { return false; }, 20);
+    Settle();
     save(&server, u"server_dialog"_s, size);
   }
 }

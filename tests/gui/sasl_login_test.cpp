@@ -51,7 +51,7 @@ TEST_F(SaslLogin, ServerDialogToAuthenticatedSession) {
   window->show();
   const QString port = QString::number(server.Port()), sasl = SaslAccountsPath(settings);
   window->resize(240, 320);
-  RunUntil([] { return false; }, 50);  // the window's scale follows its new size
+  Settle();  // the window's scale follows its new size
   answers = {[&](QDialog* options) {  // Add, then choose the new server
                QWidget* page = static_cast<OptionsDialog*>(options)->Page(0);
                Button(page, u"Add"_s)->click();
