@@ -32,6 +32,7 @@ constexpr int kPasswordLimit = 60;
 // Services accounts are short; a login token may not be.
 constexpr int kAccountLimit = 100;
 constexpr int kSaslPasswordLimit = 400;
+constexpr int kCertificateLimit = 400;
 
 QLineEdit* AddField(QVBoxLayout* layout, const QString& label, const QString& text, int limit) {
   auto* field = new QLineEdit(text.left(limit));
@@ -73,6 +74,8 @@ ServerDialog::ServerDialog(const ServerEntry& entry, bool adding, ClientContext&
   account_ = AddField(saslLayout, u"Account"_s, {}, kAccountLimit);
   saslPassword_ = AddField(saslLayout, u"Password"_s, {}, kSaslPasswordLimit);
   saslPassword_->setEchoMode(QLineEdit::Password);
+  // Filled in, the login is by this certificate (EXTERNAL) and the password is not used.
+  certificate_ = AddField(saslLayout, u"Certificate file (instead of password)"_s, {}, kCertificateLimit);
   allowPlain_ = AddCheck(saslLayout, kAllowPlainText);
   disconnect_ = AddCheck(saslLayout, kDisconnectText);
   layout->addWidget(sasl);
@@ -100,10 +103,13 @@ void ServerDialog::SetSasl(const SaslAccount& sasl) {
   saslPassword_->setText(sasl.password.left(kSaslPasswordLimit));
   allowPlain_->setChecked(sasl.allowPlain);
   disconnect_->setChecked(sasl.disconnectOnFailure);
+  certificate_->setText(sasl.certificate.left(kCertificateLimit));
 }
 
 SaslAccount ServerDialog::Sasl() const {
-  return {account_->text().trimmed(), saslPassword_->text(), allowPlain_->isChecked(), disconnect_->isChecked()};
+  const QString certificate = certificate_->text().trimmed();
+  return {account_->text().trimmed(), certificate.isEmpty() ? saslPassword_->text() : QString(),
+          allowPlain_->isChecked(), disconnect_->isChecked(), certificate};
 }
 
 // The marks grow with the text, which the shell sets for the screen just before showing.

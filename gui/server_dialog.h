@@ -33,6 +33,7 @@ class ServerDialog : public QDialog {
   QLineEdit* PasswordField() const { return password_; }
   QLineEdit* AccountField() const { return account_; }
   QLineEdit* SaslPasswordField() const { return saslPassword_; }
+  QLineEdit* CertificateField() const { return certificate_; }
   QCheckBox* AllowPlainCheck() const { return allowPlain_; }
   QCheckBox* DisconnectCheck() const { return disconnect_; }
 
@@ -49,6 +50,7 @@ class ServerDialog : public QDialog {
   QLineEdit* password_;
   QLineEdit* account_;
   QLineEdit* saslPassword_;
+  QLineEdit* certificate_;
   QCheckBox* allowPlain_;
   QCheckBox* disconnect_;
 };

@@ -3,6 +3,8 @@
 #include "client/client_context.h"
 #include "irc/server_message.h"
 
+#include <QFileInfo>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -10,10 +12,12 @@ namespace {
 using Step = SaslState::Step;
 
 constexpr auto kNotOfferedText = "* SASL not attempted: the server does not offer it";
-constexpr auto kNoPlainText = "* SASL not attempted: the server offers only %1";
+constexpr auto kNoMechanismText = "* SASL not attempted: the server offers only %1";
 constexpr auto kNoCapText = "* SASL not attempted: the server does not know CAP (%1)";
 constexpr auto kRegisteredText = "* SASL not attempted: the server registered us without answering CAP";
 constexpr auto kPlainLinkText = "* SASL not attempted: the connection is not encrypted (the Server dialog can allow it)";
+constexpr auto kCertificateLinkText = "* SASL not attempted: a client certificate needs a TLS connection (a port with \"+\")";
+constexpr auto kNoCertificateText = "* SASL not attempted: can't read the client certificate %1";
 constexpr auto kRefusedText = "* SASL failed: the server refused %1";
 constexpr auto kFailedText = "* SASL failed: %1";
 constexpr auto kMechanismsText = "* SASL failed: the server offers only %1";
@@ -66,13 +70,15 @@ CapLine ReadCapLine(const QString& rest) {
   return line;
 }
 
+QString Mechanism(const SaslAccount& account) { return account.External() ? u"EXTERNAL"_s : u"PLAIN"_s; }
+
 void AfterListing(ClientContext& ctx) {
   SaslState& state = ctx.session.sasl;
   const QString sasl = ValueOf(state.offered, u"sasl");
   if (sasl == u"-") return Finish(ctx, QString::fromLatin1(kNotOfferedText), true);
-  // A bare "sasl" (CAP 3.1) names no mechanisms: PLAIN is worth a try.
-  if (!sasl.isEmpty() && !sasl.split(u',').contains(u"PLAIN"_s, Qt::CaseInsensitive))
-    return Finish(ctx, QString::fromLatin1(kNoPlainText).arg(sasl), true);
+  // A bare "sasl" (CAP 3.1) names no mechanisms: ours is worth a try.
+  if (!sasl.isEmpty() && !sasl.split(u',').contains(Mechanism(state.account), Qt::CaseInsensitive))
+    return Finish(ctx, QString::fromLatin1(kNoMechanismText).arg(sasl), true);
   const bool multiPrefix = ValueOf(state.offered, u"multi-prefix") != u"-";
   state.step = Step::Requesting;
   ctx.SendToServer(multiPrefix ? u"CAP REQ :sasl multi-prefix" : u"CAP REQ :sasl");
@@ -86,7 +92,7 @@ void OnCap(ClientContext& ctx, const ServerMessage& message) {
     if (!line.more) AfterListing(ctx);
   } else if (state.step == Step::Requesting && line.sub == u"ACK" && line.caps.contains(u"sasl"_s, Qt::CaseInsensitive)) {
     state.step = Step::Authenticating;
-    ctx.SendToServer(u"AUTHENTICATE PLAIN");
+    ctx.SendToServer(u"AUTHENTICATE "_s + Mechanism(state.account));
   } else if (state.step == Step::Requesting && line.sub == u"NAK") {
     Finish(ctx, QString::fromLatin1(kRefusedText).arg(line.caps.join(u' ')), true);
   }  // NEW, DEL, LIST and late lines change nothing for us
@@ -126,7 +132,10 @@ bool SaslTakesLine(ClientContext& ctx, const ServerMessage& message) {
   if (state.step == Step::Off) return false;
   if (IsCommand(message, u"CAP")) return OnCap(ctx, message), true;
   if (IsCommand(message, u"AUTHENTICATE")) {
-    if (state.step == Step::Authenticating && message.target == u"+")
+    // EXTERNAL asks for no authorization identity: the server takes the certificate's.
+    if (state.step == Step::Authenticating && message.target == u"+" && state.account.External())
+      ctx.SendToServer(u"AUTHENTICATE +");
+    else if (state.step == Step::Authenticating && message.target == u"+")
       for (const QString& line : SaslPlainLines(state.account.account, state.account.password)) ctx.SendToServer(line);
     return true;
   }
@@ -148,7 +157,13 @@ void SaslOverdue(ClientContext& ctx, int seconds) {
   Finish(ctx, QString::fromLatin1(kOverdueText).arg(seconds), true);
 }
 
-QString SaslPlainLinkText() { return QString::fromLatin1(kPlainLinkText); }
+QString SaslUnusableText(const SaslAccount& account, bool tls, const QString& certificatePath) {
+  if (account.External() && !tls) return QString::fromLatin1(kCertificateLinkText);
+  if (account.External() && !QFileInfo(certificatePath).isReadable())
+    return QString::fromLatin1(kNoCertificateText).arg(certificatePath);
+  if (!account.External() && !tls && !account.allowPlain) return QString::fromLatin1(kPlainLinkText);
+  return {};
+}
 
 QStringList SaslPlainLines(const QString& account, const QString& password) {
   const QByteArray encoded = (account.toUtf8() + '\0' + account.toUtf8() + '\0' + password.toUtf8()).toBase64();

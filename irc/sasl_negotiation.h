@@ -1,9 +1,10 @@
 #pragma once
-// Logging in with SASL PLAIN while registering, for a server that has an account in
-// "sasl_accounts.txt". Registration then begins with "CAP LS 302"; the capability list
-// (several lines when long) decides whether "sasl" (and "multi-prefix", which the nick
-// list reads) are requested; on ACK the credentials go out as AUTHENTICATE lines, and
-// the server's verdict ends the negotiation with "CAP END".
+// Logging in with SASL while registering, for a server that has an account in
+// "sasl_accounts.txt": PLAIN (account and password) or EXTERNAL (the client certificate
+// TLS presented). Registration then begins with "CAP LS 302"; the capability list (several
+// lines when long) decides whether "sasl" (and "multi-prefix", which the nick list reads)
+// are requested; on ACK the mechanism is named and its AUTHENTICATE lines go out, and the
+// server's verdict ends the negotiation with "CAP END".
 //
 // Every way it can go wrong (no CAP, no sasl, a refused request, a failed login, no answer
 // in time) ends the same way: the reason on Status, then either registration goes on
@@ -23,7 +24,7 @@ struct SaslState {
     Off,             // no CAP this connection: CAP and AUTHENTICATE lines are shown as ever
     Listing,         // CAP LS sent, collecting the capability lines
     Requesting,      // CAP REQ sent
-    Authenticating,  // AUTHENTICATE PLAIN sent, credentials and then the verdict due
+    Authenticating,  // AUTHENTICATE <mechanism> sent, credentials and then the verdict due
     Finished,        // CAP END (or QUIT) sent; late CAP and SASL lines are taken quietly
   };
   Step step = Step::Off;
@@ -45,8 +46,10 @@ bool SaslTakesLine(ClientContext& ctx, const ServerMessage& message);
 // The server has not finished the negotiation in the time given.
 void SaslOverdue(ClientContext& ctx, int seconds);
 
-// A Status line saying why SASL is not attempted before connecting without TLS.
-QString SaslPlainLinkText();
+// The Status line saying why the account cannot be used on this connection (PLAIN
+// without TLS when not allowed, EXTERNAL without TLS, a certificate file that cannot be
+// read at `certificatePath`); empty when it can.
+QString SaslUnusableText(const SaslAccount& account, bool tls, const QString& certificatePath);
 
 // The AUTHENTICATE lines that carry "account NUL account NUL password" in base64: pieces
 // of 400 characters, and a lone "AUTHENTICATE +" after a last piece of exactly 400.

@@ -9,7 +9,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto kMechanism = "PLAIN";
+constexpr auto kPlain = "PLAIN";
+constexpr auto kExternal = "EXTERNAL";
 constexpr auto kNoOptions = "-";
 constexpr auto kAllowPlain = "allow-plain";
 constexpr auto kDisconnect = "disconnect";
@@ -41,13 +42,17 @@ SaslLine ReadLine(const QByteArray& bytes) {
   if (text.trimmed().isEmpty() || text.startsWith('#')) return line;
   const QList<QByteArray> fields = text.split('\t');
   SaslAccount account;
-  line.damaged = fields.size() < 5 || fields[0].isEmpty() || fields[1].toUpper() != kMechanism ||
-                 fields[2].isEmpty() || !ReadOptions(fields[3], account);
+  if (fields.size() < 5) return line.damaged = true, line;
+  const QByteArray mechanism = fields[1].toUpper();
+  const QString last = QString::fromUtf8(text.mid(fields[0].size() + fields[1].size() + fields[2].size() +
+                                                  fields[3].size() + 4));
+  const bool plain = mechanism == kPlain, external = mechanism == kExternal;
+  line.damaged = fields[0].isEmpty() || !(plain || external) || (plain && fields[2].isEmpty()) ||
+                 (external && last.isEmpty()) || !ReadOptions(fields[3], account);
   if (line.damaged) return line;
   line.host = QString::fromUtf8(fields[0]);
   account.account = QString::fromUtf8(fields[2]);
-  account.password = QString::fromUtf8(text.mid(fields[0].size() + fields[1].size() + fields[2].size() +
-                                                fields[3].size() + 4));
+  (external ? account.certificate : account.password) = last;
   line.account = account;
   return line;
 }
@@ -75,9 +80,9 @@ QByteArray FormatLine(const QString& host, const SaslAccount& account) {
   QByteArrayList options;
   if (account.allowPlain) options << kAllowPlain;
   if (account.disconnectOnFailure) options << kDisconnect;
-  return Field(host, false) + '\t' + kMechanism + '\t' + Field(account.account, false) + '\t' +
-         (options.isEmpty() ? QByteArray(kNoOptions) : options.join(',')) + '\t' +
-         Field(account.password, true) + '\n';
+  return Field(host, false) + '\t' + (account.External() ? kExternal : kPlain) + '\t' +
+         Field(account.account, false) + '\t' + (options.isEmpty() ? QByteArray(kNoOptions) : options.join(',')) +
+         '\t' + Field(account.External() ? account.certificate : account.password, true) + '\n';
 }
 
 bool SameHost(const QString& a, const QString& b) {
@@ -107,7 +112,7 @@ bool StoreSaslAccount(const QString& path, const QString& host, const SaslAccoun
     changed |= replaced;
     if (!replaced) bytes += line.bytes + '\n';
   }
-  if (!account.account.isEmpty()) {
+  if (!account.account.isEmpty() || account.External()) {
     bytes += FormatLine(host, account);
     changed = true;
   }

@@ -10,10 +10,13 @@
 #include "net/tls_link.h"
 #include "net/tls_pins.h"
 #include "settings/settings_flags.h"
+#include "settings/settings_paths.h"
 #include "settings/settings_store.h"
 #include "views/output_path.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QPointer>
 #include <QSocketNotifier>
 
@@ -103,11 +106,14 @@ void SessionControl::Connect() {
   session.serverHost = QString::fromUtf8(host);
   session.sasl = {};
   sasl_ = SaslAccountFor(session.serverHost);
-  if (sasl_ && !tls && !sasl_->allowPlain) {
-    ctx_.PrintStatus(SaslPlainLinkText(), LineStyle::Info);
+  const QString certificate =
+      sasl_ && sasl_->External() ? QDir(GetInstallDir(ctx_.settings)).absoluteFilePath(sasl_->certificate) : QString();
+  if (const QString why = sasl_ ? SaslUnusableText(*sasl_, tls, certificate) : QString(); !why.isEmpty()) {
+    ctx_.PrintStatus(why, LineStyle::Info);
     if (sasl_->disconnectOnFailure) return;  // nothing has gone out yet
     sasl_.reset();
   }
+  const QByteArray clientCertificate = sasl_ ? QFile::encodeName(certificate) : QByteArray();
   ctx_.shell.ShowConnectionState(true);
   if (TestOption(ctx_.settings, kOptIdentdEnable)) StartIdentd();  // listening before the server asks
 
@@ -116,11 +122,11 @@ void SessionControl::Connect() {
   const quint64 attempt = ++attempt_;
   QPointer<SessionControl> self(this);
   const QString hostText = session.serverHost, passwordText = QString::fromUtf8(password);
-  std::thread([self, attempt, host, port, tls, hostText, passwordText, timeout = connectTimeout] {
+  std::thread([self, attempt, host, port, tls, hostText, passwordText, clientCertificate, timeout = connectTimeout] {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     ConnectResult result = ConnectToServer(host, port, timeout);
     std::shared_ptr<TlsLink> link;
-    if (tls && result.socket != kNoSocket) link = HandshakeTls(std::exchange(result.socket, kNoSocket), host, deadline);
+    if (tls && result.socket != kNoSocket) link = HandshakeTls(std::exchange(result.socket, kNoSocket), host, deadline, clientCertificate);
     // Posted to the application object, which outlives this control: a control that is
     // gone by then is noticed on the main thread, where the pointer can be trusted.
     QMetaObject::invokeMethod(

@@ -63,6 +63,12 @@ bool ExpectHost(SSL* ssl, const QByteArray& host) {
   return SSL_set_tlsext_host_name(ssl, host.constData()) == 1 && SSL_set1_host(ssl, host.constData()) == 1;
 }
 
+// The certificate, its chain and its key, all from the one PEM file.
+bool UseClientCertificate(SSL* ssl, const QByteArray& file) {
+  return SSL_use_certificate_chain_file(ssl, file.constData()) == 1 &&
+         SSL_use_PrivateKey_file(ssl, file.constData(), SSL_FILETYPE_PEM) == 1 && SSL_check_private_key(ssl) == 1;
+}
+
 // Waits for what the last call wanted; false at the deadline.
 bool WaitFor(int socket, int sslError, Clock::time_point deadline) {
   for (;;) {
@@ -113,7 +119,8 @@ TlsLink::~TlsLink() {
   CloseSocketQuietly(socket_);
 }
 
-std::shared_ptr<TlsLink> HandshakeTls(int socket, const QByteArray& host, Clock::time_point deadline) {
+std::shared_ptr<TlsLink> HandshakeTls(int socket, const QByteArray& host, Clock::time_point deadline,
+                                      const QByteArray& clientCertificate) {
   const NoSigpipe noSigpipe;
   auto link = std::make_shared<TlsLink>(socket, NewConnection());
   link->localAddress = LocalAddress(socket);
@@ -122,6 +129,11 @@ std::shared_ptr<TlsLink> HandshakeTls(int socket, const QByteArray& host, Clock:
   if (!ssl || flags < 0 || fcntl(socket, F_SETFL, flags | O_NONBLOCK) != 0 || !ExpectHost(ssl, host) ||
       SSL_set_fd(ssl, socket) != 1) {
     link->failure = LastSslError("TLS could not be set up");
+    return link;
+  }
+  if (!clientCertificate.isEmpty() && !UseClientCertificate(ssl, clientCertificate)) {
+    link->failure = u"the client certificate %1 cannot be used: %2"_s.arg(QString::fromLocal8Bit(clientCertificate),
+                                                                            LastSslError("not a PEM certificate and key"));
     return link;
   }
   SSL_set_mode(ssl, SSL_MODE_ENABLE_PARTIAL_WRITE | SSL_MODE_ACCEPT_MOVING_WRITE_BUFFER);

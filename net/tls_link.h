@@ -20,7 +20,8 @@ struct ssl_st;
 // connection until a bridge takes them; dropping it closes both.
 class TlsLink;
 std::shared_ptr<TlsLink> HandshakeTls(int socket, const QByteArray& host,
-                                      std::chrono::steady_clock::time_point deadline);
+                                      std::chrono::steady_clock::time_point deadline,
+                                      const QByteArray& clientCertificate);
 
 class TlsLink {
  public:
@@ -40,15 +41,19 @@ class TlsLink {
 
  private:
   friend class TlsBridge;
-  friend std::shared_ptr<TlsLink> HandshakeTls(int, const QByteArray&, std::chrono::steady_clock::time_point);
+  friend std::shared_ptr<TlsLink> HandshakeTls(int, const QByteArray&, std::chrono::steady_clock::time_point,
+                                               const QByteArray&);
   int socket_;
   ssl_st* ssl_;
 };
 
 // Handshakes on the connected `socket` (taken over in every case) with SNI and the
-// host-name check for `host`, TLS 1.2 at least, giving up at `deadline`.
+// host-name check for `host`, TLS 1.2 at least, giving up at `deadline`. A non-empty
+// `clientCertificate` names a PEM file holding the certificate (and its chain) and the
+// private key that the client presents, for a login by certificate.
 std::shared_ptr<TlsLink> HandshakeTls(int socket, const QByteArray& host,
-                                      std::chrono::steady_clock::time_point deadline);
+                                      std::chrono::steady_clock::time_point deadline,
+                                      const QByteArray& clientCertificate = {});
 
 // Moves bytes between a TLS link and the session's end of a local socket pair on a thread
 // of its own. Closing the session's end sends the server a close_notify and ends the

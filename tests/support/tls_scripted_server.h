@@ -1,7 +1,8 @@
 #pragma once
 // A scripted IRC server behind TLS, for what ngircd cannot do (SASL): `openssl s_server`
 // with the given certificate takes one client, relays what the test writes to it and
-// prints what the client sends after its own report of the handshake.
+// prints what the client sends after its own report of the handshake (with "-Verify 1",
+// it demands a client certificate and prints its subject).
 
 #include "support/ngircd_fixture.h"
 #include "support/test_app.h"
@@ -10,9 +11,9 @@
 
 class TlsScriptedServer {
  public:
-  TlsScriptedServer(const QString& cert, const QString& key) : port_(FreeLoopbackPort()) {
-    openssl_.start(QStringLiteral("openssl"), QStringLiteral("s_server -naccept 1 -accept 127.0.0.1:%1 -cert %2 -key %3")
-                                                   .arg(QString::number(port_), cert, key).split(u' '));
+  TlsScriptedServer(const QString& cert, const QString& key, const QString& options = {}) : port_(FreeLoopbackPort()) {
+    openssl_.start(QStringLiteral("openssl"), QStringLiteral("s_server -naccept 1 -accept 127.0.0.1:%1 -cert %2 -key %3 %4")
+                                                   .arg(QString::number(port_), cert, key, options).split(u' ', Qt::SkipEmptyParts));
     RunUntil([&] { return Output().contains("ACCEPT\n"); }, 10000);
   }
   ~TlsScriptedServer() { openssl_.kill(), openssl_.waitForFinished(); }
